@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "util/result.h"
+
+namespace veltrix {
+
+// Replaces the file at `path` by `bytes` as one step: a reader and a crash at any moment see the old file or
+// the new one, whole. Missing parent folders are created with mode 0700; the mode of a file that is there is
+// kept, a new one gets 0600. A symbolic link is followed and stays a link. On an error the old file is
+// untouched and no temporary file remains; the error carries errno.
+Status writeFileAtomically(const std::string& path, std::string_view bytes);
+
+// Moves a file that could not be used to "PATH.rejected", or to "PATH.rejected.2" and so on when that is
+// taken, without ever replacing a file. Returns the path that it has now.
+Result<std::string> keepRejectedFile(const std::string& path);
+
+}  // namespace veltrix

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/property_list.h"
+
+namespace veltrix {
+
+// The folder that carries a program's resources: property lists, localised texts, the helper application.
+class Bundle {
+ public:
+  explicit Bundle(std::string resourcePath);
+
+  // The folder named by the environment variable VELTRIX_RESOURCES, else the installed one.
+  static Bundle standard();
+
+  const std::string& resourcePath() const { return fResourcePath; }
+
+  // The path of the resource "NAME.TYPE"; empty when there is no such file.
+  std::string pathForResource(std::string_view name, std::string_view type) const;
+
+  // A value of the bundle's Info.plist; missing when there is no such key or file.
+  plist::Value infoValue(std::string_view key) const;
+
+  // The text of `key` in the string table `table` for the user's language; without one the English text;
+  // without that `value`, or the key itself when `value` is empty.
+  std::string localizedString(std::string_view key, std::string_view value, std::string_view table) const;
+
+ private:
+  std::string fResourcePath;
+  plist::Dictionary fInfo;
+};
+
+}  // namespace veltrix

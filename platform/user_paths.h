@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace veltrix {
+
+// The user's home folder without a final slash: HOME, else the password database; empty when neither names
+// one.
+std::string homeDirectory();
+
+// $XDG_CONFIG_HOME when it is absolute, else ".config" in the home folder; empty without a home folder.
+std::string configDirectory();
+
+}  // namespace veltrix
