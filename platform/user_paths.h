@@ -4,11 +4,12 @@
 
 namespace veltrix {
 
-// The user's home folder without a final slash: HOME, else the password database; empty when neither names
-// one.
+// The user's home folder without a final slash ("/" excepted): HOME when it is absolute, else the password
+// database; empty when neither names one.
 std::string homeDirectory();
 
-// $XDG_CONFIG_HOME when it is absolute, else ".config" in the home folder; empty without a home folder.
+// $XDG_CONFIG_HOME when it is absolute, else ".config" in the home folder; without a final slash; empty
+// without a home folder.
 std::string configDirectory();
 
 }  // namespace veltrix
