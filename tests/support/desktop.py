@@ -1,0 +1,159 @@
+"""A desktop of our own for programs of a build tree: home folder, session bus, X server, helper and window.
+
+Everything that is started ends with the context that started it, and nothing outside of it is touched.
+"""
+import contextlib
+import json
+import os
+import pathlib
+import signal
+import subprocess
+import tempfile
+import time
+
+WAIT_SECONDS = 20
+SETTINGS_FILE = "Library/Preferences/com.aldmoor.veltrix.settings.plist"
+
+
+def wait_until(condition, what, seconds=WAIT_SECONDS):
+    """Calls `condition` until it yields something true, and returns that; fails with `what` after `seconds`."""
+    end = time.monotonic() + seconds
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {seconds} s in vain for {what}")
+        time.sleep(0.02)
+
+
+@contextlib.contextmanager
+def background(command, **options):
+    process = subprocess.Popen([str(word) for word in command], **options)
+    try:
+        yield process
+    finally:
+        stop(process)
+
+
+def stop(process):
+    if process.poll() is None:
+        process.send_signal(signal.SIGTERM)
+        try:
+            process.wait(timeout=WAIT_SECONDS)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
+class Desktop:
+    """Use as a context manager. `window_manager` starts openbox, which gives windows focus and closes them politely."""
+
+    def __init__(self, build, window_manager=False, accessibility=False, screen="1280x1024x24"):
+        self.build = pathlib.Path(build).resolve()
+        self._window_manager = window_manager
+        self._accessibility = accessibility
+        self._screen = screen
+        self._stack = contextlib.ExitStack()
+
+    def __enter__(self):
+        with contextlib.ExitStack() as stack:
+            self.home = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory(prefix="veltrix-desktop-")))
+            self.environment = self._plain_environment()
+            self._start_bus(stack)
+            self._start_display(stack)
+            if self._accessibility:
+                self._start_accessibility()
+            if self._window_manager:
+                stack.enter_context(background(["openbox", "--sm-disable"], env=self.environment,
+                                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+                wait_until(self._managed, "the window manager")
+            self._stack = stack.pop_all()
+        return self
+
+    def __exit__(self, *_):
+        self._stack.close()
+
+    def _plain_environment(self):
+        kept = {name: os.environ[name] for name in ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LANG") if name in os.environ}
+        kept.update(
+            HOME=str(self.home), XDG_RUNTIME_DIR=str(self.home / "run"), XDG_CONFIG_HOME=str(self.home / ".config"),
+            XDG_CACHE_HOME=str(self.home / ".cache"), XDG_DATA_HOME=str(self.home / ".local/share"),
+            VELTRIX_RESOURCES=str(self.build / "lib/veltrix"), QT_QPA_PLATFORM="xcb", NO_AT_BRIDGE="1")
+        if self._accessibility:
+            kept.update(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1")
+            del kept["NO_AT_BRIDGE"]
+        (self.home / "run").mkdir(mode=0o700)
+        return kept
+
+    def _start_bus(self, stack):
+        bus = stack.enter_context(background(
+            ["dbus-daemon", "--session", "--nofork", "--print-address=1"], stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL, text=True, env=self.environment))
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+
+    def _start_display(self, stack):
+        reader, writer = os.pipe()
+        stack.enter_context(background(
+            ["Xvfb", "-displayfd", writer, "-screen", "0", self._screen, "-noreset", "-nolisten", "tcp"],
+            pass_fds=(writer,), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        os.close(writer)
+        with os.fdopen(reader) as display:
+            self.environment["DISPLAY"] = ":" + display.readline().strip()
+
+    def _start_accessibility(self):
+        # Programs look for the accessibility bus once, when they start, and do not start it themselves.
+        done = self.run(["dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
+                         "org.a11y.Bus.GetAddress"])
+        if done.returncode != 0:
+            raise AssertionError(done.stderr)
+
+    def _managed(self):
+        done = self.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
+        return "window id" in done.stdout
+
+    def run(self, command, **options):
+        """Runs a program to its end and captures what it prints."""
+        return subprocess.run([str(word) for word in command], env=self.environment, capture_output=True, text=True,
+                              timeout=WAIT_SECONDS * 3, **options)
+
+    def start(self, command, **options):
+        """Starts a program that ends with the desktop at the latest."""
+        return self._stack.enter_context(background(command, env=self.environment, **options))
+
+    def program(self, name):
+        return self.build / "bin" / name
+
+    @property
+    def helper_program(self):
+        return self.build / "lib/veltrix/VeltrixHelper.app/VeltrixHelper"
+
+    @property
+    def settings_file(self):
+        return self.home / SETTINGS_FILE
+
+    def start_helper(self, simulated=None):
+        """Starts the helper, with simulated trackballs unless `simulated` is None, and waits until it answers."""
+        options = [] if simulated is None else ["--simulate", simulated]
+        process = self.start([self.helper_program, *options])
+        wait_until(lambda: self.ctl("devices").returncode == 0, "the helper to answer")
+        return process
+
+    def start_window(self, *options, **arguments):
+        return self.start([self.program("veltrix-settings"), *options], **arguments)
+
+    def ctl(self, *words):
+        return self.run([self.program("veltrixctl"), *words])
+
+    def status(self):
+        """What `veltrixctl status --json` prints, read."""
+        done = self.ctl("status", "--json")
+        return json.loads(done.stdout) if done.returncode == 0 else None
+
+    def simulation(self, method, *arguments):
+        """Calls a method of the helper's simulation control with string arguments."""
+        done = self.run(["dbus-send", "--session", "--print-reply", "--dest=com.aldmoor.VeltrixHelper",
+                         "/com/aldmoor/VeltrixHelper", f"com.aldmoor.VeltrixHelper1.Simulation.{method}",
+                         *[f"string:{argument}" for argument in arguments]])
+        if done.returncode != 0:
+            raise AssertionError(done.stderr)
