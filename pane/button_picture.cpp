@@ -1,0 +1,333 @@
+#include "pane/button_picture.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+
+namespace veltrix {
+namespace {
+
+constexpr int kFirstChord = 8;
+constexpr const char* kNumberProperty = "callout";
+constexpr QSize kPictureHint{250, 220};
+constexpr QSize kPictureMinimum{120, 110};
+
+bool isChord(int number) {
+  return number >= kFirstChord;
+}
+
+// The two buttons of a chord, or the button twice.
+std::pair<int, int> buttonsOf(int number) {
+  const int first = isChord(number) ? (number - kFirstChord) * 2 : number;
+  return {first, isChord(number) ? first + 1 : first};
+}
+
+QString buttonId(int button) {
+  return QStringLiteral("button%1").arg(button);
+}
+
+QColor faded(QColor color, double opacity) {
+  color.setAlphaF(static_cast<float>(opacity));
+  return color;
+}
+
+}  // namespace
+
+QString calloutCaption(int number) {
+  const auto [first, second] = buttonsOf(number);
+  if (isChord(number)) {
+    return ButtonPicture::tr("Buttons %1 and %2 together").arg(first + 1).arg(second + 1);
+  }
+  return ButtonPicture::tr("Button %1").arg(first + 1);
+}
+
+ButtonPicture::ButtonPicture(QWidget* parent) : PictureView(parent) {}
+
+void ButtonPicture::addCallout(int number, QWidget* control) {
+  auto callout = std::find_if(fCallouts.begin(), fCallouts.end(),
+                              [number](const Callout& one) { return one.number == number; });
+  if (callout == fCallouts.end()) {
+    callout = fCallouts.insert(fCallouts.end(), {number, new QLabel(this), nullptr, false});
+    callout->label->setText(calloutCaption(number));
+    callout->label->setVisible(true);
+  }
+  callout->control = control;
+  callout->label->setBuddy(control);
+  callout->label->setAlignment(isChord(number) ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
+  if (control != nullptr) {
+    if (control->parentWidget() != this) {
+      control->setParent(this);
+      control->show();
+    }
+    control->setProperty(kNumberProperty, number);
+    if (control->accessibleName().isEmpty()) {
+      control->setAccessibleName(calloutCaption(number));
+    }
+    control->installEventFilter(this);
+  }
+  updateGeometry();
+  arrange();
+}
+
+QList<int> ButtonPicture::callouts() const {
+  QList<int> numbers;
+  for (const Callout& callout : fCallouts) {
+    numbers.append(callout.number);
+  }
+  return numbers;
+}
+
+const ButtonPicture::Callout* ButtonPicture::find(int number) const {
+  const auto callout = std::find_if(fCallouts.begin(), fCallouts.end(),
+                                    [number](const Callout& one) { return one.number == number; });
+  return callout == fCallouts.end() ? nullptr : &*callout;
+}
+
+// A .ui file sets the properties of a child after it made it, so the children are looked through once all are
+// there.
+void ButtonPicture::adoptChildren() {
+  const auto children = findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+  for (QWidget* child : children) {
+    const QVariant number = child->property(kNumberProperty);
+    const bool known = std::any_of(fCallouts.begin(), fCallouts.end(),
+                                   [child](const Callout& one) { return one.control == child; });
+    if (number.isValid() && !known) {
+      addCallout(number.toInt(), child);
+    }
+  }
+}
+
+QRect ButtonPicture::captionRect(int number) const {
+  const Callout* callout = find(number);
+  return callout == nullptr ? QRect() : callout->label->geometry();
+}
+
+QRect ButtonPicture::controlRect(int number) const {
+  const Callout* callout = find(number);
+  return callout == nullptr || callout->control == nullptr ? QRect() : callout->control->geometry();
+}
+
+int ButtonPicture::spacing() const {
+  return std::max(8, fontMetrics().height() * 3 / 4);
+}
+
+CalloutRequest ButtonPicture::request(const Callout& callout) const {
+  const auto [first, second] = buttonsOf(callout.number);
+  CalloutRequest result;
+  result.number = callout.number;
+  result.caption = callout.label->sizeHint();
+  if (callout.control != nullptr) {
+    result.control = callout.control->sizeHint();
+  }
+  const QPointF place = (relativeAnchor(first) + relativeAnchor(second)) / 2;
+  result.height = place.y();
+  if (isChord(callout.number)) {
+    result.side = place.y() < 0.5 && callout.number != kFirstChord ? CalloutSide::kTop : CalloutSide::kBottom;
+  } else {
+    result.side = place.x() < 0.5 ? CalloutSide::kLeft : CalloutSide::kRight;
+  }
+  return result;
+}
+
+QList<CalloutRequest> ButtonPicture::requests() const {
+  QList<CalloutRequest> result;
+  for (const Callout& callout : fCallouts) {
+    result.append(request(callout));
+  }
+  return result;
+}
+
+void ButtonPicture::arrange() {
+  fLayout = placeCallouts(contentsRect(), requests(), spacing());
+  for (qsizetype i = 0; i < fCallouts.size(); ++i) {
+    fCallouts[i].label->setGeometry(fLayout.places[i].caption);
+    if (fCallouts[i].control != nullptr) {
+      fCallouts[i].control->setGeometry(fLayout.places[i].control);
+    }
+  }
+  update();
+}
+
+QRect ButtonPicture::pictureArea() const {
+  return fCallouts.isEmpty() ? contentsRect() : fLayout.picture;
+}
+
+QSize ButtonPicture::sizeHint() const {
+  return calloutSize(kPictureHint, requests(), spacing());
+}
+
+QSize ButtonPicture::minimumSizeHint() const {
+  return calloutSize(kPictureMinimum, requests(), spacing());
+}
+
+// The middle of the button's mark, from (0, 0) at the picture's upper left to (1, 1) at its lower right
+// corner.
+QPointF ButtonPicture::relativeAnchor(int button) const {
+  const QRectF mark = pictureElement(QStringLiteral("anchor%1").arg(button));
+  const QRectF shape = mark.isNull() ? pictureElement(buttonId(button)) : mark;
+  return shape.isNull() ? QPointF(0.5, 0.5) : shape.center();
+}
+
+QPointF ButtonPicture::anchor(int button) const {
+  const QRectF picture = pictureRect();
+  const QPointF place = relativeAnchor(button);
+  return {picture.left() + place.x() * picture.width(), picture.top() + place.y() * picture.height()};
+}
+
+QPainterPath ButtonPicture::chordBracket(const CalloutPlace& place) const {
+  const auto [first, second] = buttonsOf(place.number);
+  const QPointF a = anchor(first);
+  const QPointF b = anchor(second);
+  const bool above = place.caption.center().y() < a.y();
+  const QRectF picture = pictureRect();
+  const double bar = above ? picture.top() - spacing() * 0.5 : picture.bottom() + spacing() * 0.5;
+  const double end = above ? (place.control.isEmpty() ? place.caption : place.control).bottom() + 3.0
+                           : place.caption.top() - 2.0;
+  const double middle = place.caption.center().x() + 0.5;
+  const double round = std::min(8.0, spacing() * 0.5);
+  const double up = above ? round : -round;
+  QPainterPath path(a);
+  path.lineTo(a.x(), bar + up);
+  path.quadTo(a.x(), bar, a.x() + round, bar);
+  path.lineTo(b.x() - round, bar);
+  path.quadTo(b.x(), bar, b.x(), bar + up);
+  path.lineTo(b);
+  path.moveTo(middle, bar);
+  path.lineTo(middle, end);
+  return path;
+}
+
+QPainterPath ButtonPicture::leaderLine(int number) const {
+  const auto place = std::find_if(fLayout.places.begin(), fLayout.places.end(),
+                                  [number](const CalloutPlace& one) { return one.number == number; });
+  if (place == fLayout.places.end() || pictureRect().isEmpty()) {
+    return {};
+  }
+  if (isChord(number)) {
+    return chordBracket(*place);
+  }
+  const QPointF target = anchor(number);
+  const QRect edge = place->control.isEmpty() ? place->caption : place->control;
+  const bool left = edge.center().x() < target.x();
+  const QPointF start(left ? edge.right() + 4.0 : edge.left() - 3.0, edge.center().y() + 0.5);
+  const double elbow = left ? start.x() + spacing() : start.x() - spacing();
+  QPainterPath path(start);
+  path.lineTo(elbow, start.y());
+  path.lineTo(target);
+  return path;
+}
+
+void ButtonPicture::paintCallout(QPainter& painter, const Callout& callout) const {
+  const QColor color =
+      callout.lit ? palette().color(QPalette::Highlight) : faded(palette().color(QPalette::WindowText), 0.55);
+  // A halo in the window's colour keeps the line apart from the outlines that it crosses.
+  const QPainterPath line = leaderLine(callout.number);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(palette().color(QPalette::Window), 4.0, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+  painter.drawPath(line);
+  painter.setPen(QPen(color, callout.lit ? 2.0 : 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPath(line);
+}
+
+void ButtonPicture::paintDisc(QPainter& painter, int button, bool lit) const {
+  const double radius = fontMetrics().height() * 0.62;
+  const QRectF disc(anchor(button) - QPointF(radius, radius), QSizeF(radius * 2, radius * 2));
+  const QColor text = palette().color(QPalette::WindowText);
+  painter.setPen(QPen(lit ? palette().color(QPalette::Highlight) : faded(text, 0.8), 1.4));
+  painter.setBrush(palette().color(lit ? QPalette::Highlight : QPalette::Base));
+  painter.drawEllipse(disc);
+  painter.setPen(palette().color(lit ? QPalette::HighlightedText : QPalette::Text));
+  painter.drawText(disc, Qt::AlignCenter, QString::number(button + 1));
+}
+
+void ButtonPicture::paintEvent(QPaintEvent* event) {
+  PictureView::paintEvent(event);
+  if (pictureRect().isEmpty()) {
+    return;
+  }
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setOpacity(isEnabled() ? 1.0 : 0.5);
+  for (const bool lit : {false, true}) {
+    for (const Callout& callout : fCallouts) {
+      if (callout.lit == lit) {
+        paintCallout(painter, callout);
+      }
+    }
+  }
+  for (const Callout& callout : fCallouts) {
+    if (!isChord(callout.number)) {
+      paintDisc(painter, callout.number, lit().contains(buttonId(callout.number)));
+    }
+  }
+}
+
+void ButtonPicture::updateLit() {
+  QStringList ids;
+  for (Callout& callout : fCallouts) {
+    callout.lit = callout.control != nullptr && callout.control->isEnabled() &&
+                  (callout.control->hasFocus() || callout.control->underMouse());
+    if (callout.lit) {
+      const auto [first, second] = buttonsOf(callout.number);
+      ids << buttonId(first) << buttonId(second);
+    }
+  }
+  ids.removeDuplicates();
+  setLit(ids);
+  update();
+}
+
+bool ButtonPicture::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::Polish:
+      adoptChildren();
+      break;
+    case QEvent::LayoutRequest:
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+      updateGeometry();
+      arrange();
+      break;
+    default:
+      break;
+  }
+  return PictureView::event(event);
+}
+
+bool ButtonPicture::eventFilter(QObject* watched, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+    case QEvent::Enter:
+    case QEvent::Leave:
+    case QEvent::EnabledChange:
+      // The control's own state changes after the filters ran.
+      QMetaObject::invokeMethod(this, &ButtonPicture::updateLit, Qt::QueuedConnection);
+      break;
+    default:
+      break;
+  }
+  return PictureView::eventFilter(watched, event);
+}
+
+void ButtonPicture::resizeEvent(QResizeEvent* event) {
+  PictureView::resizeEvent(event);
+  arrange();
+}
+
+// A click on a button in the picture leads to its control.
+void ButtonPicture::mousePressEvent(QMouseEvent* event) {
+  for (const Callout& callout : fCallouts) {
+    if (!isChord(callout.number) && callout.control != nullptr && callout.control->isEnabled() &&
+        elementRect(buttonId(callout.number)).contains(event->position())) {
+      callout.control->setFocus(Qt::MouseFocusReason);
+      event->accept();
+      return;
+    }
+  }
+  PictureView::mousePressEvent(event);
+}
+
+}  // namespace veltrix
