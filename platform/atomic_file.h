@@ -14,7 +14,8 @@ namespace veltrix {
 Status writeFileAtomically(const std::string& path, std::string_view bytes);
 
 // Moves a file that could not be used to "PATH.rejected", or to "PATH.rejected.2" and so on when that is
-// taken, without ever replacing a file. Returns the path that it has now.
+// taken, without ever replacing a file. A symbolic link stays and its target is moved, so that the next write
+// through the link lies beside it. Returns the path that the file has now.
 Result<std::string> keepRejectedFile(const std::string& path);
 
 }  // namespace veltrix

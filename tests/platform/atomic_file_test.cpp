@@ -1,0 +1,450 @@
+#include "platform/atomic_file.h"
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+#include "platform/file_calls.h"
+#include "tests/support/temporary_folder.h"
+
+namespace veltrix {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testing::namesIn;
+using testing::readFile;
+using testing::TemporaryFolder;
+using testing::writeFile;
+
+mode_t modeOf(const std::string& path) {
+  struct stat attributes = {};
+  EXPECT_EQ(stat(path.c_str(), &attributes), 0) << path;
+  return attributes.st_mode & 07777U;
+}
+
+// Lets one of the calls fail with an errno value, until the end of the scope.
+class ScopedFileCalls {
+ public:
+  explicit ScopedFileCalls(const FileCalls& calls) { setFileCallsForTesting(calls); }
+  ~ScopedFileCalls() { setFileCallsForTesting({}); }
+  ScopedFileCalls(const ScopedFileCalls&) = delete;
+  ScopedFileCalls& operator=(const ScopedFileCalls&) = delete;
+};
+
+// A process that is not allowed what the superuser is, until the end of the scope.
+class ScopedOrdinaryUser {
+ public:
+  ScopedOrdinaryUser() {
+    if (fEffective == 0) {
+      EXPECT_EQ(seteuid(65534), 0);
+    }
+  }
+  ~ScopedOrdinaryUser() { EXPECT_EQ(seteuid(fEffective), 0); }
+  ScopedOrdinaryUser(const ScopedOrdinaryUser&) = delete;
+  ScopedOrdinaryUser& operator=(const ScopedOrdinaryUser&) = delete;
+
+ private:
+  uid_t fEffective = geteuid();
+};
+
+// Lets every file end at `bytes`, until the end of the scope.
+class ScopedFileSizeLimit {
+ public:
+  explicit ScopedFileSizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &fOld);
+    fHandler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit = {bytes, fOld.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  ~ScopedFileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &fOld);
+    std::signal(SIGXFSZ, fHandler);
+  }
+  ScopedFileSizeLimit(const ScopedFileSizeLimit&) = delete;
+  ScopedFileSizeLimit& operator=(const ScopedFileSizeLimit&) = delete;
+
+ private:
+  rlimit fOld = {};
+  void (*fHandler)(int) = SIG_DFL;
+};
+
+class AtomicFile : public ::testing::Test {
+ protected:
+  // The write fails with this errno value, the old file is whole and nothing else lies beside it.
+  void expectFailureThatKeeps(const std::string& bytes, int code) {
+    const Status status = writeFileAtomically(fFile, bytes);
+    ASSERT_FALSE(status.ok());
+    EXPECT_EQ(status.error().code, code) << status.error().message;
+    EXPECT_THAT(status.error().message, HasSubstr(fFile));
+    EXPECT_EQ(readFile(fFile), "old");
+    EXPECT_THAT(namesIn(fFolder.path()), ElementsAre("file"));
+  }
+
+  TemporaryFolder fFolder;
+  std::string fFile = fFolder / "file";
+};
+
+TEST_F(AtomicFile, NewFileIsForItsUserAlone) {
+  const mode_t mask = umask(0);
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  umask(mask);
+  EXPECT_EQ(readFile(fFile), "new");
+  EXPECT_EQ(modeOf(fFile), 0600U);
+  EXPECT_THAT(namesIn(fFolder.path()), ElementsAre("file"));
+}
+
+TEST_F(AtomicFile, ReplacingKeepsTheMode) {
+  writeFile(fFile, "old");
+  for (const mode_t mode : {0644U, 0400U, 0664U, 0600U}) {
+    ASSERT_EQ(chmod(fFile.c_str(), mode), 0);
+    ASSERT_TRUE(writeFileAtomically(fFile, std::to_string(mode)).ok());
+    EXPECT_EQ(readFile(fFile), std::to_string(mode));
+    EXPECT_EQ(modeOf(fFile), mode);
+  }
+}
+
+TEST_F(AtomicFile, ReplacingKeepsTheOwnerWhenPossible) {
+  writeFile(fFile, "old");
+  const uid_t owner = geteuid() == 0 ? 65534 : geteuid();
+  const gid_t group = geteuid() == 0 ? 65534 : getegid();
+  ASSERT_EQ(chown(fFile.c_str(), owner, group), 0);
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  struct stat attributes = {};
+  ASSERT_EQ(stat(fFile.c_str(), &attributes), 0);
+  EXPECT_EQ(attributes.st_uid, owner);
+  EXPECT_EQ(attributes.st_gid, group);
+}
+
+TEST_F(AtomicFile, EmptyAndBinaryContentsAreKept) {
+  ASSERT_TRUE(writeFileAtomically(fFile, "").ok());
+  EXPECT_EQ(readFile(fFile), "");
+  const std::string bytes("a\0b\xFF", 4);
+  ASSERT_TRUE(writeFileAtomically(fFile, bytes).ok());
+  EXPECT_EQ(readFile(fFile), bytes);
+}
+
+TEST_F(AtomicFile, MissingParentsAreCreatedForTheirUserAlone) {
+  const std::string path = fFolder / "a/b/c/file";
+  ASSERT_TRUE(writeFileAtomically(path, "new").ok());
+  EXPECT_EQ(readFile(path), "new");
+  for (const char* folder : {"a", "a/b", "a/b/c"}) {
+    EXPECT_EQ(modeOf(fFolder / folder), 0700U);
+  }
+}
+
+TEST_F(AtomicFile, RelativePathIsWrittenInTheWorkingFolder) {
+  const std::filesystem::path working = std::filesystem::current_path();
+  std::filesystem::current_path(fFolder.path());
+  EXPECT_TRUE(writeFileAtomically("file", "plain").ok());
+  EXPECT_TRUE(writeFileAtomically("sub/file", "below").ok());
+  std::filesystem::current_path(working);
+  EXPECT_EQ(readFile(fFile), "plain");
+  EXPECT_EQ(readFile(fFolder / "sub/file"), "below");
+}
+
+TEST_F(AtomicFile, SymbolicLinkIsFollowedAndStays) {
+  writeFile(fFolder / "real/target", "old");
+  ASSERT_EQ(symlink((fFolder / "real/target").c_str(), fFile.c_str()), 0);
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_TRUE(std::filesystem::is_symlink(fFile));
+  EXPECT_FALSE(std::filesystem::is_symlink(fFolder / "real/target"));
+  EXPECT_EQ(readFile(fFolder / "real/target"), "new");
+}
+
+TEST_F(AtomicFile, RelativeLinkLeadsFromItsOwnFolder) {
+  writeFile(fFolder / "real/target", "old");
+  ASSERT_EQ(symlink("real/second", fFile.c_str()), 0);
+  ASSERT_EQ(symlink("target", (fFolder / "real/second").c_str()), 0);
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_TRUE(std::filesystem::is_symlink(fFile));
+  EXPECT_TRUE(std::filesystem::is_symlink(fFolder / "real/second"));
+  EXPECT_EQ(readFile(fFolder / "real/target"), "new");
+}
+
+TEST_F(AtomicFile, DanglingLinkGetsItsTarget) {
+  ASSERT_EQ(symlink("later/target", fFile.c_str()), 0);
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_TRUE(std::filesystem::is_symlink(fFile));
+  EXPECT_EQ(readFile(fFolder / "later/target"), "new");
+}
+
+TEST_F(AtomicFile, LinkThatLeadsInACircleIsAnError) {
+  ASSERT_EQ(symlink("second", fFile.c_str()), 0);
+  ASSERT_EQ(symlink("file", (fFolder / "second").c_str()), 0);
+  const Status status = writeFileAtomically(fFile, "new");
+  ASSERT_FALSE(status.ok());
+  EXPECT_EQ(status.error().code, ELOOP);
+  EXPECT_THAT(namesIn(fFolder.path()), ElementsAre("file", "second"));
+}
+
+TEST_F(AtomicFile, FolderOrPipeAtThePathIsNotReplaced) {
+  ASSERT_EQ(mkdir(fFile.c_str(), 0700), 0);
+  EXPECT_EQ(writeFileAtomically(fFile, "new").error().code, EISDIR);
+  EXPECT_EQ(writeFileAtomically(fFile + "/", "new").error().code, EISDIR);
+  ASSERT_EQ(rmdir(fFile.c_str()), 0);
+  ASSERT_EQ(mkfifo(fFile.c_str(), 0600), 0);
+  EXPECT_EQ(writeFileAtomically(fFile, "new").error().code, EINVAL);
+  EXPECT_TRUE(std::filesystem::is_fifo(fFile));
+  EXPECT_THAT(namesIn(fFolder.path()), ElementsAre("file"));
+}
+
+TEST_F(AtomicFile, EmptyPathIsAnError) {
+  EXPECT_EQ(writeFileAtomically("", "new").error().code, ENOENT);
+}
+
+TEST_F(AtomicFile, ParentThatIsAFileIsAnError) {
+  writeFile(fFile, "old");
+  EXPECT_EQ(writeFileAtomically(fFile + "/child", "new").error().code, ENOTDIR);
+  EXPECT_EQ(writeFileAtomically(fFile + "/a/child", "new").error().code, ENOTDIR);
+  EXPECT_EQ(readFile(fFile), "old");
+}
+
+TEST_F(AtomicFile, NameThatIsTooLongIsAnErrorWithoutTrace) {
+  EXPECT_EQ(writeFileAtomically(fFolder / std::string(300, 'x'), "new").error().code, ENAMETOOLONG);
+  EXPECT_TRUE(namesIn(fFolder.path()).empty());
+}
+
+TEST_F(AtomicFile, LongestNameIsWritten) {
+  const std::string name(255, 'x');
+  ASSERT_TRUE(writeFileAtomically(fFolder / name, "new").ok());
+  EXPECT_THAT(namesIn(fFolder.path()), ElementsAre(name));
+}
+
+TEST_F(AtomicFile, ReadOnlyFolderKeepsTheOldFile) {
+  writeFile(fFile, "old");
+  ASSERT_EQ(chmod(fFolder.path().c_str(), 0555), 0);
+  {
+    const ScopedOrdinaryUser user;
+    expectFailureThatKeeps("new", EACCES);
+  }
+  chmod(fFolder.path().c_str(), 0700);
+}
+
+TEST_F(AtomicFile, VanishedHomeThatMayNotBeCreatedIsAnError) {
+  ASSERT_EQ(chmod(fFolder.path().c_str(), 0555), 0);
+  {
+    const ScopedOrdinaryUser user;
+    EXPECT_EQ(writeFileAtomically(fFolder / "home/.config/file", "new").error().code, EACCES);
+  }
+  chmod(fFolder.path().c_str(), 0700);
+  EXPECT_TRUE(namesIn(fFolder.path()).empty());
+}
+
+TEST_F(AtomicFile, FileSystemWithoutFilesOfOursIsAnError) {
+  EXPECT_FALSE(writeFileAtomically("/proc/self/veltrix", "new").ok());
+  EXPECT_FALSE(writeFileAtomically("/proc/veltrix/file", "new").ok());
+}
+
+TEST_F(AtomicFile, DiskThatFillsUpInTheMiddleKeepsTheOldFile) {
+  writeFile(fFile, "old");
+  const ScopedFileSizeLimit limit(4096);  // the first 4096 bytes are taken, then it fails
+  expectFailureThatKeeps(std::string(10000, 'n'), EFBIG);
+}
+
+TEST_F(AtomicFile, FullDiskAtAnyStepKeepsTheOldFileAndTheNextWriteRepairs) {
+  writeFile(fFile, "old");
+  const auto noSpace = [](auto...) {
+    errno = ENOSPC;
+    return -1;
+  };
+  FileCalls create;
+  create.create = noSpace;
+  FileCalls write;
+  write.write = [](int, const void*, std::size_t) -> ssize_t {
+    errno = ENOSPC;
+    return -1;
+  };
+  FileCalls sync;
+  sync.syncData = noSpace;
+  FileCalls rename;
+  rename.rename = noSpace;
+  for (const FileCalls& calls : {create, write, sync, rename}) {
+    const ScopedFileCalls failing(calls);
+    expectFailureThatKeeps("new", ENOSPC);
+  }
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_EQ(readFile(fFile), "new");
+}
+
+TEST_F(AtomicFile, ShortAndInterruptedWritesAreContinued) {
+  FileCalls calls;
+  calls.write = [](int file, const void* bytes, std::size_t count) -> ssize_t {
+    static int turn = 0;
+    if (++turn % 2 == 0) {
+      errno = EINTR;
+      return -1;
+    }
+    return ::write(file, bytes, std::min<std::size_t>(count, 3));
+  };
+  calls.syncData = [](int file) {
+    static bool interrupted = false;
+    if (!interrupted) {
+      interrupted = true;
+      errno = EINTR;
+      return -1;
+    }
+    return fdatasync(file);
+  };
+  const ScopedFileCalls shortWrites(calls);
+  ASSERT_TRUE(writeFileAtomically(fFile, "0123456789").ok());
+  EXPECT_EQ(readFile(fFile), "0123456789");
+}
+
+TEST_F(AtomicFile, WriteThatTakesNothingIsAnErrorInsteadOfALoop) {
+  writeFile(fFile, "old");
+  FileCalls calls;
+  calls.write = [](int, const void*, std::size_t) -> ssize_t { return 0; };
+  const ScopedFileCalls stuck(calls);
+  expectFailureThatKeeps("new", EIO);
+}
+
+TEST_F(AtomicFile, BytesAreSafeBeforeTheNameChangesAndTheNameAfterwards) {
+  static std::string order;
+  order.clear();
+  FileCalls calls;
+  calls.syncData = [](int file) {
+    order += "data ";
+    return fdatasync(file);
+  };
+  calls.rename = [](int fromFolder, const char* from, int toFolder, const char* to) {
+    order += "rename ";
+    return renameat(fromFolder, from, toFolder, to);
+  };
+  calls.syncFolder = [](int folder) {
+    order += "folder";
+    return fsync(folder);
+  };
+  const ScopedFileCalls recorded(calls);
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_EQ(order, "data rename folder");
+}
+
+TEST_F(AtomicFile, FolderThatCannotBeSyncedIsNoFailureBecauseTheFileIsTheNewOne) {
+  writeFile(fFile, "old");
+  FileCalls calls;
+  calls.syncFolder = [](int) {
+    errno = EIO;
+    return -1;
+  };
+  const ScopedFileCalls failing(calls);
+  EXPECT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_EQ(readFile(fFile), "new");
+}
+
+TEST_F(AtomicFile, TakenTemporaryNameIsNotOpened) {
+  static int turn = 0;
+  turn = 0;
+  FileCalls calls;
+  calls.create = [](int folder, const char* name, int flags, mode_t mode) {
+    if (++turn == 1) {
+      // Somebody else is there first.
+      close(openat(folder, name, O_CREAT | O_WRONLY, 0600));
+    }
+    return openat(folder, name, flags, mode);
+  };
+  const ScopedFileCalls contested(calls);
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_EQ(turn, 2);
+  EXPECT_EQ(readFile(fFile), "new");
+  EXPECT_EQ(namesIn(fFolder.path()).size(), 2U);
+}
+
+TEST_F(AtomicFile, ReaderNeverSeesAPartOfAFile) {
+  const std::string a(20000, 'a');
+  const std::string b(30000, 'b');
+  ASSERT_TRUE(writeFileAtomically(fFile, a).ok());
+  std::atomic<bool> done = false;
+  std::atomic<int> torn = 0;
+  std::thread reader([&] {
+    while (!done) {
+      const std::string seen = readFile(fFile);
+      torn += seen != a && seen != b ? 1 : 0;
+    }
+  });
+  for (int i = 0; i < 100; ++i) {
+    EXPECT_TRUE(writeFileAtomically(fFile, i % 2 == 0 ? b : a).ok());
+  }
+  done = true;
+  reader.join();
+  EXPECT_EQ(torn, 0);
+}
+
+TEST_F(AtomicFile, NoDescriptorIsLeftOpen) {
+  const std::size_t before = namesIn("/proc/self/fd").size();
+  for (int i = 0; i < 10; ++i) {
+    ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+    EXPECT_FALSE(writeFileAtomically(fFile + "/child", "new").ok());
+  }
+  EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
+}
+
+class RejectedFile : public AtomicFile {};
+
+TEST_F(RejectedFile, IsKeptUnderAFreeName) {
+  for (const char* name : {"file.rejected", "file.rejected.2", "file.rejected.3"}) {
+    writeFile(fFile, name);
+    const Result<std::string> kept = keepRejectedFile(fFile);
+    ASSERT_TRUE(kept.ok());
+    EXPECT_EQ(kept.value(), fFolder / name);
+    EXPECT_EQ(readFile(kept.value()), name);
+  }
+  EXPECT_THAT(namesIn(fFolder.path()), ElementsAre("file.rejected", "file.rejected.2", "file.rejected.3"));
+}
+
+TEST_F(RejectedFile, NeverReplacesAFileWhereRenamingCannotPromiseIt) {
+  FileCalls calls;
+  calls.renameUnlessTaken = [](int, const char*, int, const char*) {
+    errno = EINVAL;
+    return -1;
+  };
+  const ScopedFileCalls oldFileSystem(calls);
+  writeFile(fFolder / "file.rejected", "earlier");
+  writeFile(fFile, "old");
+  const Result<std::string> kept = keepRejectedFile(fFile);
+  ASSERT_TRUE(kept.ok());
+  EXPECT_EQ(readFile(fFolder / "file.rejected"), "earlier");
+  EXPECT_EQ(readFile(fFolder / "file.rejected.2"), "old");
+  EXPECT_THAT(namesIn(fFolder.path()), ElementsAre("file.rejected", "file.rejected.2"));
+}
+
+TEST_F(RejectedFile, MissingFileIsAnErrorWithoutTrace) {
+  EXPECT_EQ(keepRejectedFile(fFile).error().code, ENOENT);
+  EXPECT_EQ(keepRejectedFile(fFolder / "no/folder").error().code, ENOENT);
+  FileCalls calls;
+  calls.renameUnlessTaken = [](int, const char*, int, const char*) {
+    errno = ENOSYS;
+    return -1;
+  };
+  const ScopedFileCalls oldKernel(calls);
+  EXPECT_EQ(keepRejectedFile(fFile).error().code, ENOENT);
+  EXPECT_TRUE(namesIn(fFolder.path()).empty());
+}
+
+TEST_F(RejectedFile, LinkStaysAndItsTargetIsMoved) {
+  writeFile(fFolder / "real/target", "old");
+  ASSERT_EQ(symlink("real/target", fFile.c_str()), 0);
+  const Result<std::string> kept = keepRejectedFile(fFile);
+  ASSERT_TRUE(kept.ok());
+  EXPECT_EQ(readFile(fFolder / "real/target.rejected"), "old");
+  ASSERT_TRUE(writeFileAtomically(fFile, "new").ok());
+  EXPECT_TRUE(std::filesystem::is_symlink(fFile));
+  EXPECT_EQ(readFile(fFolder / "real/target"), "new");
+}
+
+TEST_F(RejectedFile, LinkThatLeadsInACircleIsMovedItself) {
+  ASSERT_EQ(symlink("file", fFile.c_str()), 0);
+  ASSERT_TRUE(keepRejectedFile(fFile).ok());
+  EXPECT_TRUE(std::filesystem::is_symlink(fFolder / "file.rejected"));
+  EXPECT_FALSE(std::filesystem::is_symlink(fFile));
+}
+
+}  // namespace
+}  // namespace veltrix
