@@ -1,5 +1,8 @@
 #pragma once
 
+#include <sys/types.h>
+#include <unistd.h>
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -25,13 +28,14 @@ class ProcessTable {
   // one, which leaves `psn` at no process. Starting from no process takes a new look at the system.
   virtual std::int16_t nextProcess(ProcessSerialNumber* psn) = 0;
 
-  // The name that the kernel keeps for the process (at most 15 bytes). 0, or kProcessNotFound when it has
-  // gone.
+  // The name that the kernel keeps for the process (at most 15 bytes); for the process that nextProcess gave
+  // last, the name that it had then. 0, or kProcessNotFound when it has gone.
   virtual std::int16_t processName(const ProcessSerialNumber& psn, std::string* name) = 0;
 };
 
-// Reads `root` (/proc) and lists the processes of the effective user.
-std::unique_ptr<ProcessTable> makeProcessTable(std::string root = "/proc");
+// Reads `root` (/proc) and lists the processes of `user`. One that has ended and waits to be collected by its
+// parent does not run.
+std::unique_ptr<ProcessTable> makeProcessTable(const std::string& root = "/proc", uid_t user = geteuid());
 
 // Whether the process of that serial number still runs.
 bool processRuns(const ProcessSerialNumber& psn);
