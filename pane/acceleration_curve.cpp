@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "driverlink/acceleration_gain.h"
+#include "pane/picture.h"
 
 namespace veltrix {
 namespace {
@@ -13,7 +14,6 @@ namespace {
 constexpr double kFastestBall = 250.0;  // millimetres per second at the right end of the axis
 constexpr int kSteps = 96;
 constexpr double kGap = 4.0;
-constexpr double kDisabledOpacity = 0.5;
 
 double withinRange(double factor) {
   return factor > 0.0 ? std::min(factor, kLargestAccelerationFactor) : 0.0;
@@ -124,7 +124,7 @@ void AccelerationCurve::paintCurve(QPainter& painter) const {
 void AccelerationCurve::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
+  painter.setOpacity(isEnabled() ? 1.0 : kDisabledPictureOpacity);
   paintAxes(painter);
   paintCurve(painter);
 }

@@ -249,7 +249,7 @@ void ButtonPicture::paintEvent(QPaintEvent* event) {
   }
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setOpacity(isEnabled() ? 1.0 : 0.5);
+  painter.setOpacity(isEnabled() ? 1.0 : kDisabledPictureOpacity);
   for (const bool lit : {false, true}) {
     for (const Callout& callout : fCallouts) {
       if (callout.lit == lit) {

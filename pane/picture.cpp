@@ -39,10 +39,10 @@ QByteArray colorName(const QColor& color) {
 
 }  // namespace
 
-PictureColors PictureColors::fromPalette(const QPalette& palette, QPalette::ColorGroup group) {
-  const QColor window = palette.color(group, QPalette::Window);
-  const QColor text = palette.color(group, QPalette::WindowText);
-  const QColor highlight = palette.color(group, QPalette::Highlight);
+PictureColors PictureColors::fromPalette(const QPalette& palette) {
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+  const QColor highlight = palette.color(QPalette::Active, QPalette::Highlight);
   const bool dark = window.lightness() < text.lightness();
   PictureColors colors;
   colors.line = mix(text, window, 0.18);
@@ -135,8 +135,7 @@ QRectF Picture::elementRect(const QString& id) const {
   if (!hasElement(id)) {
     return {};
   }
-  const QRectF bounds = fRenderer->transformForElement(id).mapRect(fRenderer->boundsOnElement(id));
-  return bounds.translated(-fRenderer->viewBoxF().topLeft());
+  return fRenderer->boundsOnElement(id).translated(-fRenderer->viewBoxF().topLeft());
 }
 
 }  // namespace veltrix

@@ -24,11 +24,14 @@ struct PictureColors {
   QColor glow;    // #9dc1e4: the light on the ball
   QColor accent;  // #1d74c9: what the picture is about
 
-  // The colours for one group (active, inactive, disabled) of a palette.
-  static PictureColors fromPalette(const QPalette& palette, QPalette::ColorGroup group);
+  // The colours of a palette's active group; a disabled picture is shown by drawing it fainter.
+  static PictureColors fromPalette(const QPalette& palette);
 
   friend bool operator==(const PictureColors&, const PictureColors&) = default;
 };
+
+// How strongly the picture of a disabled control is drawn.
+inline constexpr double kDisabledPictureOpacity = 0.45;
 
 // The folder with the pictures of the program's bundle.
 QString standardPictureFolder();
@@ -53,7 +56,8 @@ class Picture {
 
   bool hasElement(const QString& id) const;
 
-  // Where the element lies, in the picture's own units; empty when there is none of that id.
+  // Where the element lies, in the picture's own units; empty when there is none of that id. Neither the
+  // element nor anything around it may carry a transformation.
   QRectF elementRect(const QString& id) const;
 
  private:

@@ -10,7 +10,6 @@ namespace {
 
 // A larger widget gets this many device pixels stretched, rather than a pixmap of hundreds of megabytes.
 constexpr double kLargestSide = 2048.0;
-constexpr double kDisabledOpacity = 0.5;
 constexpr QSize kSmallest{48, 32};
 
 }  // namespace
@@ -104,11 +103,8 @@ void PictureView::renderInto(const QSize& pixels, qreal scale) {
   fPixmap.setDevicePixelRatio(scale);
   QPainter painter(&fPixmap);
   painter.setRenderHint(QPainter::Antialiasing);
-  const auto group = !isEnabled()       ? QPalette::Disabled
-                     : isActiveWindow() ? QPalette::Active
-                                        : QPalette::Inactive;
   const QRectF target(QPointF(), QSizeF(pixels) / scale);
-  loaded().draw(painter, target, PictureColors::fromPalette(palette(), group), fLit);
+  loaded().draw(painter, target, PictureColors::fromPalette(palette()), fLit);
 }
 
 void PictureView::paintEvent(QPaintEvent* /*event*/) {
@@ -125,7 +121,7 @@ void PictureView::paintEvent(QPaintEvent* /*event*/) {
   }
   QPainter painter(this);
   painter.setRenderHint(QPainter::SmoothPixmapTransform);
-  painter.setOpacity(isEnabled() ? 1.0 : kDisabledOpacity);
+  painter.setOpacity(isEnabled() ? 1.0 : kDisabledPictureOpacity);
   // On whole device pixels, so that nothing is smeared over two.
   const auto onPixel = [this](qreal at) {
     return std::round(at * devicePixelRatioF()) / devicePixelRatioF();
@@ -137,7 +133,6 @@ void PictureView::changeEvent(QEvent* event) {
   switch (event->type()) {
     case QEvent::PaletteChange:
     case QEvent::EnabledChange:
-    case QEvent::ActivationChange:
     case QEvent::StyleChange:
       fPixmap = {};
       update();
