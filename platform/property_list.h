@@ -11,10 +11,12 @@
 
 // Property-list values in memory. Dictionaries and arrays are handles with reference semantics: copying a
 // handle gives a second name for the same container. A null handle reads as missing and swallows writes, so
-// that callers test for presence only where a rule speaks of it.
+// that callers test for presence only where a rule speaks of it. Nesting of any depth is freed without
+// recursion; a container that holds itself is never freed unless somebody takes it apart.
 namespace veltrix::plist {
 
 class Value;
+struct Entry;
 
 using Data = std::vector<std::byte>;
 
@@ -33,16 +35,17 @@ class Array {
   explicit operator bool() const { return !isNull(); }
   bool sameAs(const Array& other) const { return fItems == other.fItems; }
 
-  std::size_t count() const;          // 0 when null
-  Value at(std::size_t index) const;  // missing when out of range
-  void append(Value value);
-  void replace(std::size_t index, Value value);  // nothing when out of range
+  std::size_t count() const;                     // 0 when null
+  Value at(std::size_t index) const;             // missing when out of range
+  void append(Value value);                      // nothing when missing
+  void replace(std::size_t index, Value value);  // nothing when out of range or missing
   void remove(std::size_t index);                // nothing when out of range
   const std::vector<Value>& items() const;       // empty when null; valid until the next write
   std::vector<Value>* mutableItems();            // null when null; for sorting in place
 
  private:
-  std::shared_ptr<std::vector<Value>> fItems;
+  struct Items;
+  std::shared_ptr<Items> fItems;
 };
 
 // Values under string keys, in the order in which the keys were first set; a handle. Look-up, set and append
@@ -55,11 +58,13 @@ class Dictionary {
   explicit operator bool() const { return !isNull(); }
   bool sameAs(const Dictionary& other) const { return fTable == other.fTable; }
 
-  std::size_t count() const;                    // 0 when null
-  std::vector<std::string> keys() const;        // in order
-  bool contains(std::string_view key) const;    // also true for a value of an unexpected type
-  Value get(std::string_view key) const;        // missing when there is no such key
-  void set(std::string_view key, Value value);  // a missing value removes the key
+  std::size_t count() const;                      // 0 when null
+  std::vector<std::string> keys() const;          // in order
+  const std::vector<Entry>& entries() const;      // in order; empty when null; valid until the next write
+  bool contains(std::string_view key) const;      // also true for a value of an unexpected type
+  Value get(std::string_view key) const;          // missing when there is no such key
+  const Value* find(std::string_view key) const;  // the same without a copy; null when there is none
+  void set(std::string_view key, Value value);    // a missing value removes the key
   void remove(std::string_view key);
   void clear();
 
@@ -97,6 +102,12 @@ class Value {
   requires(std::is_integral_v<I> && !std::is_same_v<I, bool> && !std::is_same_v<I, char>) Value(I value)
       : fState(static_cast<std::int64_t>(value)) {}  // NOLINT(google-explicit-constructor)
 
+  Value(const Value& other);
+  Value(Value&& other) noexcept;  // leaves the other with the same type and unspecified contents
+  Value& operator=(const Value& other);
+  Value& operator=(Value&& other) noexcept;
+  ~Value();
+
   Type type() const;
   bool isMissing() const { return type() == Type::kMissing; }
 
@@ -108,8 +119,10 @@ class Value {
   std::uint32_t asUint32() const;  // the low 32 bits of asInt64
   bool asBool() const;             // any non-zero number is true
   double asReal() const;
-  std::string asString() const;     // empty for anything but a string
-  Data asData() const;              // empty for anything but data
+  std::string asString() const;  // empty for anything but a string
+  Data asData() const;           // empty for anything but data
+  const std::string* stringIf() const { return std::get_if<std::string>(&fState); }  // null for another type
+  const Data* dataIf() const { return std::get_if<Data>(&fState); }                  // null for another type
   Date asDate() const;              // zero for anything but a date
   Array asArray() const;            // null for anything but an array
   Dictionary asDictionary() const;  // null for anything but a dictionary
@@ -118,8 +131,14 @@ class Value {
   std::variant<std::monostate, bool, std::int64_t, double, std::string, Data, Date, Array, Dictionary> fState;
 };
 
+// One key of a dictionary with its value.
+struct Entry {
+  std::string key;
+  Value value;
+};
+
 // Same type and same contents throughout; the order of dictionary keys does not matter, not-a-number equals
-// itself.
+// itself. Containers that hold themselves compare too.
 bool equal(const Value& a, const Value& b);
 
 }  // namespace veltrix::plist
