@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -7,17 +8,21 @@
 
 namespace veltrix {
 
+class StringTables;
+
 // The folder that carries a program's resources: property lists, localised texts, the helper application.
+// Copies share what has been read. Looking up texts is thread-safe.
 class Bundle {
  public:
   explicit Bundle(std::string resourcePath);
 
-  // The folder named by the environment variable VELTRIX_RESOURCES, else the installed one.
+  // The folder named by the environment variable VELTRIX_RESOURCES, else the one beside this program, else
+  // the installed one.
   static Bundle standard();
 
   const std::string& resourcePath() const { return fResourcePath; }
 
-  // The path of the resource "NAME.TYPE"; empty when there is no such file.
+  // The path of the resource "NAME.TYPE"; empty when there is none. Folders count too.
   std::string pathForResource(std::string_view name, std::string_view type) const;
 
   // A value of the bundle's Info.plist; missing when there is no such key or file.
@@ -30,6 +35,7 @@ class Bundle {
  private:
   std::string fResourcePath;
   plist::Dictionary fInfo;
+  std::shared_ptr<StringTables> fStrings;
 };
 
 }  // namespace veltrix
