@@ -1,0 +1,148 @@
+#include "platform/workspace.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "util/file_descriptor.h"
+
+namespace veltrix {
+
+namespace {
+
+constexpr int kFirstFreeDescriptor = 3;  // behind the three standard ones
+constexpr int kExecFailed = 127;
+
+std::string programOf(const std::string& application) {
+  std::filesystem::path folder(application);
+  if (!folder.has_filename()) {
+    folder = folder.parent_path();  // a final slash
+  }
+  const std::filesystem::path name = folder.extension() == ".app" ? folder.stem() : folder.filename();
+  return (folder / name).string();
+}
+
+// Moves a new descriptor out of the way of standard input, output and errors, which this process may lack.
+FileDescriptor awayFromStandard(FileDescriptor file) {
+  if (!file || file.get() >= kFirstFreeDescriptor) {
+    return file;
+  }
+  return FileDescriptor(fcntl(file.get(), F_DUPFD_CLOEXEC, kFirstFreeDescriptor));
+}
+
+// Everything below runs between fork and exec of a process with threads: only calls that a signal handler
+// may make.
+
+void giveStandardSignals() {
+  struct sigaction standard = {};
+  standard.sa_handler = SIG_DFL;
+  for (int number = 1; number < NSIG; ++number) {
+    sigaction(number, &standard, nullptr);  // fails for the few that cannot be changed
+  }
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+[[noreturn]] void reportAndExit(int report) {
+  const int code = errno;
+  [[maybe_unused]] const ssize_t written = write(report, &code, sizeof code);
+  _exit(kExecFailed);
+}
+
+[[noreturn]] void becomeProgram(const char* program, int input, int report) {
+  giveStandardSignals();
+  if (dup2(input, STDIN_FILENO) < 0) {
+    reportAndExit(report);
+  }
+  // What this process has open must not live on with a program that outlives it.
+  close_range(kFirstFreeDescriptor, ~0U, CLOSE_RANGE_CLOEXEC);
+  const std::array<const char*, 2> arguments = {program, nullptr};
+  execv(program, const_cast<char* const*>(arguments.data()));
+  reportAndExit(report);
+}
+
+// The process in between ends at once, so that the program becomes nobody's child here.
+[[noreturn]] void startAndExit(const char* program, int input, int report) {
+  setsid();
+  const pid_t pid = fork();
+  if (pid < 0) {
+    reportAndExit(report);
+  }
+  if (pid == 0) {
+    becomeProgram(program, input, report);
+  }
+  _exit(0);
+}
+
+Error errorFor(const std::string& program, int code) {
+  std::array<char, 128> reason = {};
+  return {code, "cannot start " + program + ": " + strerror_r(code, reason.data(), reason.size()), {}};
+}
+
+// Forks with all signals blocked: a handler of this process must not run in the child.
+pid_t forkWithoutSignals() {
+  sigset_t all;
+  sigset_t old;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &old);
+  const pid_t pid = fork();
+  if (pid != 0) {
+    const int code = errno;
+    pthread_sigmask(SIG_SETMASK, &old, nullptr);
+    errno = code;
+  }
+  return pid;
+}
+
+void collect(pid_t pid) {
+  while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+// 0 when the program was executed: its end of the pipe then closed without a word.
+int readReport(const FileDescriptor& report) {
+  int code = 0;
+  ssize_t count = 0;
+  do {
+    count = read(report.get(), &code, sizeof code);
+  } while (count < 0 && errno == EINTR);
+  return count == static_cast<ssize_t>(sizeof code) ? code : 0;
+}
+
+}  // namespace
+
+Status launchApplication(const std::string& path) {
+  const std::string program = programOf(path);
+  const FileDescriptor input = awayFromStandard(FileDescriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)));
+  std::array<int, 2> ends = {};
+  if (!input || pipe2(ends.data(), O_CLOEXEC) != 0) {
+    return errorFor(program, errno);
+  }
+  FileDescriptor report = awayFromStandard(FileDescriptor(ends[0]));
+  FileDescriptor childsReport = awayFromStandard(FileDescriptor(ends[1]));
+  if (!report || !childsReport) {
+    return errorFor(program, errno);
+  }
+  const pid_t pid = forkWithoutSignals();
+  if (pid < 0) {
+    return errorFor(program, errno);
+  }
+  if (pid == 0) {
+    startAndExit(program.c_str(), input.get(), childsReport.get());
+  }
+  childsReport.reset();
+  collect(pid);
+  if (const int code = readReport(report); code != 0) {
+    return errorFor(program, code);
+  }
+  return Done();
+}
+
+}  // namespace veltrix
