@@ -74,9 +74,9 @@ QSize AccelerationCurve::minimumSizeHint() const {
 
 void AccelerationCurve::paintAxes(QPainter& painter) const {
   const QRectF plot = plotRect();
-  const QColor text = palette().color(QPalette::WindowText);
+  const QColor text = palette().color(QPalette::Active, QPalette::WindowText);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(palette().color(QPalette::Base));
+  painter.setBrush(palette().color(QPalette::Active, QPalette::Base));
   painter.drawRoundedRect(plot, 4, 4);
   painter.setPen(QPen(faded(text, 0.12), 1));
   for (int line = 1; line < 4; ++line) {
@@ -102,8 +102,8 @@ void AccelerationCurve::paintAxes(QPainter& painter) const {
 
 void AccelerationCurve::paintCurve(QPainter& painter) const {
   const QRectF plot = plotRect();
-  const QColor text = palette().color(QPalette::WindowText);
-  const QColor accent = palette().color(QPalette::Highlight);
+  const QColor text = palette().color(QPalette::Active, QPalette::WindowText);
+  const QColor accent = palette().color(QPalette::Active, QPalette::Highlight);
   painter.setClipRect(plot.adjusted(1, 1, -1, -1));
   painter.setBrush(Qt::NoBrush);
   painter.setPen(QPen(faded(text, 0.5), 1.2, Qt::DashLine));

@@ -140,7 +140,7 @@ QList<CalloutRequest> ButtonPicture::requests() const {
 }
 
 void ButtonPicture::arrange() {
-  fLayout = placeCallouts(contentsRect(), requests(), spacing());
+  fLayout = placeCallouts(contentsRect(), pictureSize(), requests(), spacing());
   for (qsizetype i = 0; i < fCallouts.size(); ++i) {
     fCallouts[i].label->setGeometry(fLayout.places[i].caption);
     if (fCallouts[i].control != nullptr) {
@@ -211,7 +211,11 @@ QPainterPath ButtonPicture::leaderLine(int number) const {
   const QPointF target = anchor(number);
   const QRect edge = place->control.isEmpty() ? place->caption : place->control;
   const bool left = edge.center().x() < target.x();
-  const QPointF start(left ? edge.right() + 4.0 : edge.left() - 3.0, edge.center().y() + 0.5);
+  // Straight across when the target is level with any part of the control's middle.
+  const double slack = edge.height() * 0.25;
+  const double middle = edge.center().y() + 0.5;
+  const QPointF start(left ? edge.right() + 4.0 : edge.left() - 3.0,
+                      std::clamp(target.y(), middle - slack, middle + slack));
   const double elbow = left ? start.x() + spacing() : start.x() - spacing();
   QPainterPath path(start);
   path.lineTo(elbow, start.y());
@@ -222,11 +226,13 @@ QPainterPath ButtonPicture::leaderLine(int number) const {
 void ButtonPicture::paintCallout(QPainter& painter, const Callout& callout) const {
   const QColor color =
       callout.lit ? palette().color(QPalette::Highlight) : faded(palette().color(QPalette::WindowText), 0.55);
-  // A halo in the window's colour keeps the line apart from the outlines that it crosses.
   const QPainterPath line = leaderLine(callout.number);
   painter.setBrush(Qt::NoBrush);
-  painter.setPen(QPen(palette().color(QPalette::Window), 4.0, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
-  painter.drawPath(line);
+  if (!callout.lit) {
+    // A halo in the window's colour keeps the line apart from the outlines that it crosses.
+    painter.setPen(QPen(palette().color(QPalette::Window), 4.0, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
+    painter.drawPath(line);
+  }
   painter.setPen(QPen(color, callout.lit ? 2.0 : 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   painter.drawPath(line);
 }
@@ -234,11 +240,11 @@ void ButtonPicture::paintCallout(QPainter& painter, const Callout& callout) cons
 void ButtonPicture::paintDisc(QPainter& painter, int button, bool lit) const {
   const double radius = fontMetrics().height() * 0.62;
   const QRectF disc(anchor(button) - QPointF(radius, radius), QSizeF(radius * 2, radius * 2));
-  const QColor text = palette().color(QPalette::WindowText);
-  painter.setPen(QPen(lit ? palette().color(QPalette::Highlight) : faded(text, 0.8), 1.4));
-  painter.setBrush(palette().color(lit ? QPalette::Highlight : QPalette::Base));
+  const QColor edge = palette().color(lit ? QPalette::HighlightedText : QPalette::WindowText);
+  painter.setPen(QPen(lit ? edge : faded(edge, 0.8), 1.4));
+  painter.setBrush(palette().color(lit ? QPalette::HighlightedText : QPalette::Base));
   painter.drawEllipse(disc);
-  painter.setPen(palette().color(lit ? QPalette::HighlightedText : QPalette::Text));
+  painter.setPen(palette().color(lit ? QPalette::Highlight : QPalette::Text));
   painter.drawText(disc, Qt::AlignCenter, QString::number(button + 1));
 }
 

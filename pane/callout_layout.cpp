@@ -18,6 +18,13 @@ int widthOf(const CalloutRequest& request) {
   return std::max(request.caption.width(), request.control.width());
 }
 
+// How far below the callout's upper edge its leader line ends: at the middle of the control, or of a lone
+// caption.
+int middleOf(const CalloutRequest& request) {
+  return request.control.isEmpty() ? request.caption.height() / 2
+                                   : heightOf(request) - (request.control.height() + 1) / 2;
+}
+
 // The largest extent of the callouts on one side: widths for a column, heights for a row.
 int extentOf(const QList<CalloutRequest>& requests, CalloutSide side) {
   const bool column = side == CalloutSide::kLeft || side == CalloutSide::kRight;
@@ -76,8 +83,8 @@ void placeColumn(const QRect& column, const QRect& picture, CalloutSide side,
   QList<int> heights;
   for (const qsizetype i : order) {
     heights.append(heightOf(requests[i]));
-    wishes.append(picture.top() + static_cast<int>(std::lround(requests[i].height * picture.height())) -
-                  heights.last() / 2);
+    const int target = picture.top() + static_cast<int>(std::lround(requests[i].height * picture.height()));
+    wishes.append(target - middleOf(requests[i]));
   }
   const QList<int> tops = stack(wishes, heights, column, spacing);
   for (qsizetype k = 0; k < order.size(); ++k) {
@@ -85,15 +92,25 @@ void placeColumn(const QRect& column, const QRect& picture, CalloutSide side,
   }
 }
 
+QRect fitted(const QRect& room, const QSizeF& picture) {
+  if (picture.isEmpty() || !room.isValid()) {
+    return room;
+  }
+  QRect rect(QPoint(), picture.scaled(room.size(), Qt::KeepAspectRatio).toSize().boundedTo(room.size()));
+  rect.moveCenter(room.center());
+  return rect;
+}
+
 }  // namespace
 
-CalloutLayout placeCallouts(const QRect& area, const QList<CalloutRequest>& requests, int spacing) {
+CalloutLayout placeCallouts(const QRect& area, const QSizeF& picture, const QList<CalloutRequest>& requests,
+                            int spacing) {
   const int column = std::min(columnWidth(requests), static_cast<int>(area.width() * kWidestColumn));
   const auto margin = [spacing](int extent) { return extent > 0 ? extent + 2 * spacing : 0; };
   const int top = margin(extentOf(requests, CalloutSide::kTop));
   const int bottom = margin(extentOf(requests, CalloutSide::kBottom));
   CalloutLayout layout;
-  layout.picture = area.adjusted(margin(column), top, -margin(column), -bottom);
+  layout.picture = fitted(area.adjusted(margin(column), top, -margin(column), -bottom), picture);
   layout.places.resize(requests.size());
   const QRect left(area.left(), area.top(), column, area.height());
   placeColumn(left, layout.picture, CalloutSide::kLeft, requests, spacing, layout.places);

@@ -26,14 +26,16 @@ struct CalloutPlace {
 };
 
 struct CalloutLayout {
-  QRect picture;               // the room that is left for the picture
+  QRect picture;               // where the picture goes, in its proportions
   QList<CalloutPlace> places;  // in the order of the requests
 };
 
 // Shares `area` between the picture in the middle, a column at its left and right and a row above and below.
 // Callouts of a column stand as near to the height of their target as fits without overlap; those of a row
-// are centred.
-CalloutLayout placeCallouts(const QRect& area, const QList<CalloutRequest>& requests, int spacing);
+// are centred. The picture is made as large as its proportions allow; with an empty `picture` it takes all
+// the room that is left.
+CalloutLayout placeCallouts(const QRect& area, const QSizeF& picture, const QList<CalloutRequest>& requests,
+                            int spacing);
 
 // The smallest size in which every callout and a picture of `picture` have room.
 QSize calloutSize(const QSize& picture, const QList<CalloutRequest>& requests, int spacing);

@@ -1,5 +1,7 @@
 #include "pane/picture_view.h"
 
+#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
@@ -12,9 +14,22 @@ namespace {
 constexpr double kLargestSide = 2048.0;
 constexpr QSize kSmallest{48, 32};
 
+QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
+  const bool plain = className == QLatin1String(PictureView::staticMetaObject.className());
+  auto* widget = qobject_cast<QWidget*>(object);
+  if (!plain || widget == nullptr) {
+    return nullptr;
+  }
+  // A picture with controls in it is a group of them to someone who cannot see it.
+  const bool group = object->metaObject() != &PictureView::staticMetaObject;
+  return new QAccessibleWidget(widget, group ? QAccessible::Grouping : QAccessible::Graphic);
+}
+
 }  // namespace
 
 PictureView::PictureView(QWidget* parent) : QWidget(parent) {
+  static const bool kInstalled = (QAccessible::installFactory(makeAccessible), true);
+  static_cast<void>(kInstalled);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 

@@ -42,6 +42,9 @@ class PictureView : public QWidget {
   QSize minimumSizeHint() const override;
 
  protected:
+  // The picture's own size; empty when there is none.
+  QSizeF pictureSize() const { return loaded().size(); }
+
   // Where an element lies as shares of the picture's width and height; null when there is no such element.
   QRectF pictureElement(const QString& id) const;
 
