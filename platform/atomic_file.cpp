@@ -21,6 +21,7 @@ namespace {
 constexpr int kMaximumLinks = 40;  // as many as the kernel follows
 constexpr int kMaximumNameTries = 100;
 constexpr int kMaximumRejectedFiles = 100000;
+constexpr const char* kRejectedSuffix = ".rejected";
 constexpr mode_t kNewFolderMode = 0700;
 constexpr mode_t kNewFileMode = 0600;
 constexpr mode_t kModeBits = 07777;
@@ -276,7 +277,7 @@ Result<std::string> keepRejectedFile(const std::string& path) {
   if (!folder) {
     return errorAt(errno, "cannot keep", path);
   }
-  const std::string first = place.name + ".rejected";
+  const std::string first = place.name + kRejectedSuffix;
   for (int number = 1; number <= kMaximumRejectedFiles; ++number) {
     const std::string name = number == 1 ? first : first + "." + std::to_string(number);
     const int code = renameUnlessTaken(folder.get(), place.name.c_str(), name.c_str());
@@ -288,6 +289,20 @@ Result<std::string> keepRejectedFile(const std::string& path) {
     }
   }
   return errorAt(EEXIST, "cannot keep", path);
+}
+
+Status putRejectedFileBack(const std::string& kept) {
+  const Place place = placeOf(kept);
+  const std::size_t suffix = place.name.rfind(kRejectedSuffix);
+  const FileDescriptor folder = openFolder(place.folder);
+  if (suffix == std::string::npos || !folder) {
+    return errorAt(folder ? EINVAL : errno, "cannot put back", kept);
+  }
+  const std::string name = place.name.substr(0, suffix);
+  if (const int code = renameUnlessTaken(folder.get(), place.name.c_str(), name.c_str()); code != 0) {
+    return errorAt(code, "cannot put back", kept);
+  }
+  return Done();
 }
 
 }  // namespace veltrix

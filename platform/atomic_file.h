@@ -18,4 +18,7 @@ Status writeFileAtomically(const std::string& path, std::string_view bytes);
 // through the link lies beside it. Returns the path that the file has now.
 Result<std::string> keepRejectedFile(const std::string& path);
 
+// Moves a file that keepRejectedFile moved to `kept` back to the name it had, unless that is taken again.
+Status putRejectedFileBack(const std::string& kept);
+
 }  // namespace veltrix

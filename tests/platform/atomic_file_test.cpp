@@ -1,17 +1,16 @@
 #include "platform/atomic_file.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
-#include <csignal>
 #include <filesystem>
 #include <thread>
 
 #include "platform/file_calls.h"
+#include "tests/support/file_failures.h"
 #include "tests/support/temporary_folder.h"
 
 namespace veltrix {
@@ -21,6 +20,9 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using testing::namesIn;
 using testing::readFile;
+using testing::ScopedFileCalls;
+using testing::ScopedFileSizeLimit;
+using testing::ScopedOrdinaryUser;
 using testing::TemporaryFolder;
 using testing::writeFile;
 
@@ -29,52 +31,6 @@ mode_t modeOf(const std::string& path) {
   EXPECT_EQ(stat(path.c_str(), &attributes), 0) << path;
   return attributes.st_mode & 07777U;
 }
-
-// Lets one of the calls fail with an errno value, until the end of the scope.
-class ScopedFileCalls {
- public:
-  explicit ScopedFileCalls(const FileCalls& calls) { setFileCallsForTesting(calls); }
-  ~ScopedFileCalls() { setFileCallsForTesting({}); }
-  ScopedFileCalls(const ScopedFileCalls&) = delete;
-  ScopedFileCalls& operator=(const ScopedFileCalls&) = delete;
-};
-
-// A process that is not allowed what the superuser is, until the end of the scope.
-class ScopedOrdinaryUser {
- public:
-  ScopedOrdinaryUser() {
-    if (fEffective == 0) {
-      EXPECT_EQ(seteuid(65534), 0);
-    }
-  }
-  ~ScopedOrdinaryUser() { EXPECT_EQ(seteuid(fEffective), 0); }
-  ScopedOrdinaryUser(const ScopedOrdinaryUser&) = delete;
-  ScopedOrdinaryUser& operator=(const ScopedOrdinaryUser&) = delete;
-
- private:
-  uid_t fEffective = geteuid();
-};
-
-// Lets every file end at `bytes`, until the end of the scope.
-class ScopedFileSizeLimit {
- public:
-  explicit ScopedFileSizeLimit(rlim_t bytes) {
-    getrlimit(RLIMIT_FSIZE, &fOld);
-    fHandler = std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit = {bytes, fOld.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-  ~ScopedFileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &fOld);
-    std::signal(SIGXFSZ, fHandler);
-  }
-  ScopedFileSizeLimit(const ScopedFileSizeLimit&) = delete;
-  ScopedFileSizeLimit& operator=(const ScopedFileSizeLimit&) = delete;
-
- private:
-  rlimit fOld = {};
-  void (*fHandler)(int) = SIG_DFL;
-};
 
 class AtomicFile : public ::testing::Test {
  protected:
@@ -444,6 +400,31 @@ TEST_F(RejectedFile, LinkThatLeadsInACircleIsMovedItself) {
   ASSERT_TRUE(keepRejectedFile(fFile).ok());
   EXPECT_TRUE(std::filesystem::is_symlink(fFolder / "file.rejected"));
   EXPECT_FALSE(std::filesystem::is_symlink(fFile));
+}
+
+TEST_F(RejectedFile, IsPutBackUnderItsOwnName) {
+  writeFile(fFile, "bad");
+  writeFile(fFile + ".rejected", "older");
+  const auto kept = keepRejectedFile(fFile);
+  ASSERT_TRUE(kept.ok());
+  ASSERT_TRUE(putRejectedFileBack(kept.value()).ok());
+  EXPECT_EQ(readFile(fFile), "bad");
+  EXPECT_EQ(readFile(fFile + ".rejected"), "older");
+}
+
+TEST_F(RejectedFile, IsNotPutBackOverAnotherFile) {
+  writeFile(fFile, "bad");
+  const auto kept = keepRejectedFile(fFile);
+  writeFile(fFile, "new");
+  EXPECT_EQ(putRejectedFileBack(kept.value()).error().code, EEXIST);
+  EXPECT_EQ(readFile(fFile), "new");
+  EXPECT_EQ(readFile(kept.value()), "bad");
+}
+
+TEST_F(RejectedFile, WithoutTheSuffixIsNotPutBack) {
+  writeFile(fFile, "bad");
+  EXPECT_EQ(putRejectedFileBack(fFile).error().code, EINVAL);
+  EXPECT_EQ(putRejectedFileBack(fFolder / "none/file.rejected").error().code, ENOENT);
 }
 
 }  // namespace
