@@ -36,22 +36,35 @@ class SettingsStore {
 
   // Reads the user's file and merges the factory settings into it; without a usable user file the factory
   // settings, which then replace it on disk (the unusable file is kept beside them). Null when there is
-  // neither.
+  // neither. When the disk takes no file, the factory settings are returned all the same and the user's file
+  // stays where it is; the next save that succeeds keeps it aside.
   plist::Dictionary newVTXPrefsFromFile();
 
-  // Writes the document atomically as XML and, only after success, tells the helper.
+  // Writes the document atomically as XML and, only after success, tells the helper. On failure the file is
+  // as it was and nothing is sent.
   bool vtxSavePrefsToFile(const plist::Dictionary& prefs);
 
   // Loads the document and takes its "devices" and "snippets" (created when missing), then chooses the
   // current entry. False, with nothing changed, when there is no document.
   bool loadDocument();
 
+  // Takes the entry at the current index as the current one, the first entry when there is none at that
+  // index; nothing without entries.
   void vtxGetSettingsFromPrefs();
   plist::Array vtxGetSettingsArray() const { return fSettingsArray; }
+
+  // The index of the first entry that fits a connected device, 0 when none does. `productId` (0 for none) is
+  // preferred when two or more devices are connected. `foundDeviceTab` (may be null) receives the device's
+  // page, or 1.
   std::int32_t vtxFindSettingsForDevice(std::uint16_t productId, std::uint32_t* foundDeviceTab) const;
+
+  // Counts the device pages from 0; negative without one.
   std::int32_t vtxCurDeviceTabIndex() const { return fCurDeviceTab - 2; }
+
+  // Moves wildcard entries to the front and finds the current entry again; -1 when it is not among them.
   void vtxSortSettings();
 
+  // See settings/speed_table.h.
   static std::int32_t vtxSpeedSliderToDPI(std::uint32_t position);
   static std::int32_t vtxDPIToSpeedSlider(std::int32_t dpi);
 
@@ -69,7 +82,13 @@ class SettingsStore {
   std::int32_t fCurDeviceTab = 1;
 
  private:
+  struct UserFile;
+
+  UserFile readUserFile() const;
+  bool replaceFile(const std::string& bytes);
+
   SettingsEnvironment fEnvironment;
+  bool fUnusableFileInPlace = false;  // to be kept aside before anything is written over it
 };
 
 }  // namespace veltrix
