@@ -86,7 +86,11 @@ Result<std::string> Writer::run(const Value& root) {
   if (!add(root, 1, index)) {
     return *fError;
   }
-  return serialized();
+  std::string bytes = serialized();
+  if (bytes.size() > kMaximumFileBytes) {
+    return Error{0, "larger than 64 MiB", std::nullopt};
+  }
+  return bytes;
 }
 
 bool Writer::add(const Value& value, std::size_t depth, std::uint32_t& index) {

@@ -32,9 +32,9 @@ Result<Document> read(std::string_view bytes);
 // could not be parsed.
 Result<Document> readFile(const std::string& path);
 
-// Version 1.0 XML with tabs and a final newline. Fails on a missing root, nesting or values over the limit
-// (which a container that holds itself reaches), and strings that are not UTF-8 or hold characters that XML
-// cannot carry, and on dates outside the years 0000 to 9999. Fractions of a second are not written.
+// Version 1.0 XML with tabs and a final newline. Fails on a missing root, nesting, values or size over the
+// limit (which a container that holds itself reaches), and strings that are not UTF-8 or hold characters that
+// XML cannot carry, and on dates outside the years 0000 to 9999. Fractions of a second are not written.
 Result<std::string> writeXml(const Value& root);
 
 // The version 00 binary form; the same value always gives the same bytes. Fails like writeXml, except that it

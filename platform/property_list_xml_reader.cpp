@@ -1,5 +1,6 @@
 #include "platform/property_list_xml_reader.h"
 
+#include <algorithm>
 #include <optional>
 #include <pugixml.hpp>
 #include <string>
@@ -71,7 +72,9 @@ Result<Value> Reader::run(std::string_view utf8) {
   const pugi::xml_parse_result parsed =
       document.load_buffer(utf8.data(), utf8.size(), kParsing, pugi::encoding_utf8);
   if (!parsed) {
-    return Error{0, std::string("bad XML: ") + parsed.description(), static_cast<std::size_t>(parsed.offset)};
+    // The parser counts one too far when the end cuts an element short.
+    const std::size_t offset = std::min(static_cast<std::size_t>(parsed.offset), utf8.size());
+    return Error{0, std::string("bad XML: ") + parsed.description(), offset};
   }
   xml_node root;
   Value result;

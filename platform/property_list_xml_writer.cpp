@@ -52,6 +52,9 @@ Result<std::string> Writer::run(const Value& root) {
     return *fError;
   }
   fOut.append(kTail);
+  if (fOut.size() > kMaximumFileBytes) {
+    return Error{0, "larger than 64 MiB", std::nullopt};
+  }
   return std::move(fOut);
 }
 

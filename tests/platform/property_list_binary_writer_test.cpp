@@ -124,5 +124,10 @@ TEST(PropertyListBinaryWriter, LimitsWhatSharedContainersUnfoldTo) {
   EXPECT_FALSE(writeBinary(value).ok());
 }
 
+TEST(PropertyListBinaryWriter, RefusesToWriteWhatIsTooLargeToRead) {
+  EXPECT_TRUE(writeBinary(std::string(kMaximumFileBytes - 1000, 'x')).ok());
+  EXPECT_FALSE(writeBinary(std::string(kMaximumFileBytes, 'x')).ok());
+}
+
 }  // namespace
 }  // namespace veltrix::plist

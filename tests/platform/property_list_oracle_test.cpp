@@ -18,7 +18,6 @@
 namespace veltrix::plist {
 namespace {
 
-using veltrix::testing::GeneratorLimits;
 using veltrix::testing::PropertyListGenerator;
 using veltrix::testing::TemporaryFolder;
 

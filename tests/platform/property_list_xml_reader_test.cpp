@@ -169,9 +169,9 @@ TEST(PropertyListXmlReader, TakesTheLastOfTwoValuesOfAKey) {
 }
 
 TEST(PropertyListXmlReader, RefusesBadXml) {
-  for (const char* bad :
-       {"<plist>", "<plist><array></plist>", "<plist><true></false></plist>", "<plist><string>x",
-        "<plist><true/", "<plist", "<", "<plist><![CDATA[", "<plist><!--", "<!DOCTYPE", "<?xml"}) {
+  for (const char* bad : {"<plist>", "<plist><array></plist>", "<plist><true></false></plist>",
+                          "<plist><string>x", "<plist><true/", "<plist", "<", "<plist><![CDATA[",
+                          "<plist><!--", "<!DOCTYPE", "<?xml", "<plist a"}) {
     const Result<Value> result = readXml(bad);
     ASSERT_FALSE(result.ok()) << bad;
     ASSERT_TRUE(result.error().offset.has_value()) << bad;

@@ -110,5 +110,10 @@ TEST(PropertyListXmlWriter, LimitsWhatSharedContainersUnfoldTo) {
   EXPECT_FALSE(writeXml(value).ok());
 }
 
+TEST(PropertyListXmlWriter, RefusesToWriteWhatIsTooLargeToRead) {
+  EXPECT_TRUE(writeXml(std::string(kMaximumFileBytes - 1000, 'x')).ok());
+  EXPECT_FALSE(writeXml(std::string(kMaximumFileBytes, 'x')).ok());
+}
+
 }  // namespace
 }  // namespace veltrix::plist
