@@ -17,6 +17,14 @@ if(VELTRIX_SANITIZE)
   target_link_options(veltrix_options INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(VELTRIX_FUZZ)
+  # Everything is instrumented; only the fuzz targets link the fuzzer's own main. clang counts changes of sign among
+  # -Wconversion, g++ does not; both builds ask for the same.
+  target_compile_options(veltrix_options INTERFACE -Wno-sign-conversion
+    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(veltrix_options INTERFACE -fsanitize=address,undefined)
+endif()
+
 # veltrix_library(NAME [SOURCES ...] [DEPS ...] [PRIVATE_DEPS ...])
 # A static library, or an interface library when it has no source.
 function(veltrix_library name)

@@ -1,0 +1,9 @@
+#include "fuzz/property_list_round_trip.h"
+#include "platform/property_list_xml_reader.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace veltrix::plist;
+  const std::string_view bytes = characters(data, size);
+  checkRead(bytes, readXml(bytes));
+  return 0;
+}
