@@ -69,7 +69,7 @@ QSize AccelerationCurve::sizeHint() const {
 
 QSize AccelerationCurve::minimumSizeHint() const {
   const int line = fontMetrics().height();
-  return {line * 8, line * 5};
+  return {line * 9, line * 7};
 }
 
 void AccelerationCurve::paintAxes(QPainter& painter) const {
@@ -96,7 +96,8 @@ void AccelerationCurve::paintAxes(QPainter& painter) const {
   painter.save();
   painter.translate(plot.left() - kGap - caption, plot.bottom());
   painter.rotate(-90);
-  painter.drawText(QRectF(0, 0, plot.height(), caption), Qt::AlignCenter, tr("Pointer speed"));
+  const QString speed = QFontMetricsF(font()).elidedText(tr("Pointer speed"), Qt::ElideRight, plot.height());
+  painter.drawText(QRectF(0, 0, plot.height(), caption), Qt::AlignCenter, speed);
   painter.restore();
 }
 

@@ -55,7 +55,7 @@ void ButtonPicture::addCallout(int number, QWidget* control) {
   }
   callout->control = control;
   callout->label->setBuddy(control);
-  callout->label->setAlignment(isChord(number) ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
+  callout->label->setAlignment(Qt::AlignCenter);
   if (control != nullptr) {
     if (control->parentWidget() != this) {
       control->setParent(this);
@@ -142,8 +142,14 @@ QList<CalloutRequest> ButtonPicture::requests() const {
 void ButtonPicture::arrange() {
   fLayout = placeCallouts(contentsRect(), pictureSize(), requests(), spacing());
   for (qsizetype i = 0; i < fCallouts.size(); ++i) {
+    const bool lone = fCallouts[i].control == nullptr;
+    const bool left = fLayout.places[i].caption.right() < fLayout.picture.left();
+    if (!isChord(fCallouts[i].number)) {
+      // A lone caption at the left ends where its line begins.
+      fCallouts[i].label->setAlignment((lone && left ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    }
     fCallouts[i].label->setGeometry(fLayout.places[i].caption);
-    if (fCallouts[i].control != nullptr) {
+    if (!lone) {
       fCallouts[i].control->setGeometry(fLayout.places[i].control);
     }
   }

@@ -110,7 +110,8 @@ CalloutLayout placeCallouts(const QRect& area, const QSizeF& picture, const QLis
   const int top = margin(extentOf(requests, CalloutSide::kTop));
   const int bottom = margin(extentOf(requests, CalloutSide::kBottom));
   CalloutLayout layout;
-  layout.picture = fitted(area.adjusted(margin(column), top, -margin(column), -bottom), picture);
+  const QRect room = area.adjusted(margin(column), top, -margin(column), -bottom);
+  layout.picture = fitted(room, picture);
   layout.places.resize(requests.size());
   const QRect left(area.left(), area.top(), column, area.height());
   placeColumn(left, layout.picture, CalloutSide::kLeft, requests, spacing, layout.places);
@@ -119,7 +120,7 @@ CalloutLayout placeCallouts(const QRect& area, const QSizeF& picture, const QLis
   for (qsizetype i = 0; i < requests.size(); ++i) {
     const CalloutRequest& request = requests[i];
     if (request.side == CalloutSide::kTop || request.side == CalloutSide::kBottom) {
-      const int width = std::min(std::max(widthOf(request), column), layout.picture.width());
+      const int width = std::min(std::max(widthOf(request), column), room.width());
       const int height = heightOf(request);
       const int y = request.side == CalloutSide::kTop ? area.top() : area.bottom() + 1 - height;
       layout.places[i] = placeIn(QRect(area.center().x() - width / 2, y, width, height), request);

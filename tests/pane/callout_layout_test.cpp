@@ -96,6 +96,14 @@ TEST(CalloutLayout, KeepsThePicturesProportions) {
   EXPECT_NEAR(picture.center().x(), 600, 1);
 }
 
+TEST(CalloutLayout, LetsACaptionBeWiderThanThePicture) {
+  auto requests = fourButtonsAndTwoChords();
+  requests[4].caption = QSize(220, 16);
+  const CalloutLayout layout = placeCallouts(QRect(0, 0, 700, 260), kPicture, requests, kSpacing);
+  EXPECT_LT(layout.picture.width(), 220);
+  EXPECT_EQ(layout.places[4].caption.width(), 220);
+}
+
 RC_GTEST_PROP(CalloutLayout, LeavesThePictureAThirdOfTheWidth, ()) {
   auto requests = fourButtonsAndTwoChords();
   for (CalloutRequest& request : requests) {
