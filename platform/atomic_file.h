@@ -13,6 +13,10 @@ namespace veltrix {
 // untouched and no temporary file remains; the error carries errno.
 Status writeFileAtomically(const std::string& path, std::string_view bytes);
 
+// The same for a file that must not exist yet: EEXIST when something has that path, be it a link that leads
+// nowhere.
+Status writeNewFileAtomically(const std::string& path, std::string_view bytes);
+
 // Moves a file that could not be used to "PATH.rejected", or to "PATH.rejected.2" and so on when that is
 // taken, without ever replacing a file. A symbolic link stays and its target is moved, so that the next write
 // through the link lies beside it. Returns the path that the file has now.

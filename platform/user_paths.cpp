@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <vector>
 
+#include "util/path_text.h"
+
 namespace veltrix {
 
 namespace {
@@ -25,13 +27,6 @@ std::string homeFromPasswordDatabase() {
     buffer.resize(buffer.size() * 2);
   }
   return found != nullptr && entry.pw_dir != nullptr && entry.pw_dir[0] == '/' ? entry.pw_dir : "";
-}
-
-std::string withoutFinalSlashes(std::string path) {
-  while (path.size() > 1 && path.back() == '/') {
-    path.pop_back();
-  }
-  return path;
 }
 
 }  // namespace

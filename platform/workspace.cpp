@@ -7,10 +7,10 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
-#include <filesystem>
 
+#include "platform/application_folder.h"
 #include "util/file_descriptor.h"
+#include "util/system_error.h"
 
 namespace veltrix {
 
@@ -18,15 +18,6 @@ namespace {
 
 constexpr int kFirstFreeDescriptor = 3;  // behind the three standard ones
 constexpr int kExecFailed = 127;
-
-std::string programOf(const std::string& application) {
-  std::filesystem::path folder(application);
-  if (!folder.has_filename()) {
-    folder = folder.parent_path();  // a final slash
-  }
-  const std::filesystem::path name = folder.extension() == ".app" ? folder.stem() : folder.filename();
-  return (folder / name).string();
-}
 
 // Moves a new descriptor out of the way of standard input, output and errors, which this process may lack.
 FileDescriptor awayFromStandard(FileDescriptor file) {
@@ -81,11 +72,6 @@ void giveStandardSignals() {
   _exit(0);
 }
 
-Error errorFor(const std::string& program, int code) {
-  std::array<char, 128> reason = {};
-  return {code, "cannot start " + program + ": " + strerror_r(code, reason.data(), reason.size()), {}};
-}
-
 // Forks with all signals blocked: a handler of this process must not run in the child.
 pid_t forkWithoutSignals() {
   sigset_t all;
@@ -119,20 +105,20 @@ int readReport(const FileDescriptor& report) {
 }  // namespace
 
 Status launchApplication(const std::string& path) {
-  const std::string program = programOf(path);
+  const std::string program = programOfApplication(path);
   const FileDescriptor input = awayFromStandard(FileDescriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)));
   std::array<int, 2> ends = {};
   if (!input || pipe2(ends.data(), O_CLOEXEC) != 0) {
-    return errorFor(program, errno);
+    return systemError(errno, "cannot start", program);
   }
   FileDescriptor report = awayFromStandard(FileDescriptor(ends[0]));
   FileDescriptor childsReport = awayFromStandard(FileDescriptor(ends[1]));
   if (!report || !childsReport) {
-    return errorFor(program, errno);
+    return systemError(errno, "cannot start", program);
   }
   const pid_t pid = forkWithoutSignals();
   if (pid < 0) {
-    return errorFor(program, errno);
+    return systemError(errno, "cannot start", program);
   }
   if (pid == 0) {
     startAndExit(program.c_str(), input.get(), childsReport.get());
@@ -140,7 +126,7 @@ Status launchApplication(const std::string& path) {
   childsReport.reset();
   collect(pid);
   if (const int code = readReport(report); code != 0) {
-    return errorFor(program, code);
+    return systemError(code, "cannot start", program);
   }
   return Done();
 }

@@ -342,6 +342,31 @@ TEST_F(AtomicFile, NoDescriptorIsLeftOpen) {
   EXPECT_EQ(namesIn("/proc/self/fd").size(), before);
 }
 
+TEST_F(AtomicFile, NewFileNeverReplacesAnything) {
+  ASSERT_TRUE(writeNewFileAtomically(fFolder / "new", "new").ok());
+  EXPECT_EQ(readFile(fFolder / "new"), "new");
+  std::filesystem::remove(fFolder / "new");
+  writeFile(fFile, "old");
+  EXPECT_EQ(writeNewFileAtomically(fFile, "new").error().code, EEXIST);
+  EXPECT_EQ(readFile(fFile), "old");
+  ASSERT_EQ(unlink(fFile.c_str()), 0);
+  ASSERT_EQ(symlink("nowhere", fFile.c_str()), 0);
+  EXPECT_EQ(writeNewFileAtomically(fFile, "new").error().code, EEXIST);
+  EXPECT_THAT(namesIn(fFolder.path()), ElementsAre("file"));
+  EXPECT_EQ(writeNewFileAtomically("", "new").error().code, ENOENT);
+}
+
+TEST_F(AtomicFile, NewFileThatComesTooLateLeavesNoTrace) {
+  FileCalls calls;
+  calls.renameUnlessTaken = [](int, const char*, int, const char*) {
+    errno = EEXIST;
+    return -1;
+  };
+  const ScopedFileCalls late(calls);
+  EXPECT_EQ(writeNewFileAtomically(fFile, "new").error().code, EEXIST);
+  EXPECT_TRUE(namesIn(fFolder.path()).empty());
+}
+
 class RejectedFile : public AtomicFile {};
 
 TEST_F(RejectedFile, IsKeptUnderAFreeName) {
