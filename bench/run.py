@@ -1,0 +1,129 @@
+#!/usr/bin/env python3
+"""Prints every figure of the project in one run.
+
+usage: run.py BUILD_DIR [--rounds N]
+
+The build must be the release build. Whole programs are measured in turns, ours and the yardstick one after the other,
+so that whatever else the machine does weighs on both alike. Every figure is a median.
+"""
+import argparse
+import json
+import os
+import pathlib
+import platform
+import statistics
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/support"))
+from desktop import Desktop  # noqa: E402
+
+SIMULATED = "A1D0:2041:0107,A1D0:1020:0100,A1D0:8002:0203"
+
+
+class Table:
+    def __init__(self):
+        self.rows = []
+
+    def add(self, what, figure, aim=""):
+        self.rows.append((what, figure, aim))
+
+    def show(self):
+        widths = [max(len(row[i]) for row in self.rows) for i in range(3)]
+        print(f"| {'what'.ljust(widths[0])} | {'median'.ljust(widths[1])} | {'aim'.ljust(widths[2])} |")
+        print("|" + "|".join("-" * (width + 2) for width in widths) + "|")
+        for row in self.rows:
+            print("| " + " | ".join(cell.ljust(width) for cell, width in zip(row, widths)) + " |")
+
+
+def micro(desktop, name):
+    """Medians of a Google Benchmark program, by benchmark, in nanoseconds."""
+    done = desktop.run(
+        [desktop.build / "bench" / name, "--benchmark_format=json", "--benchmark_repetitions=9",
+         "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.1"], cwd=desktop.build)
+    if done.returncode != 0:
+        sys.exit(f"bench: {name}: {done.stderr}")
+    unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
+    medians = {}
+    for entry in json.loads(done.stdout)["benchmarks"]:
+        if entry.get("error_occurred"):
+            sys.exit(f"bench: {entry['name']}: {entry['error_message']}")
+        if entry["aggregate_name"] == "median":
+            medians[entry["run_name"].split("/")[0]] = entry["real_time"] * unit[entry["time_unit"]]
+    return medians
+
+
+def settings_figures(table, desktop):
+    figures = micro(desktop, "settings_bench")
+    save, bare = figures["BM_Save"], figures["BM_BareWriteSyncRename"]
+    table.add("load and merge the factory document", f"{figures['BM_LoadAndMergeFactoryDocument'] / 1e3:.0f} µs")
+    table.add("load and merge 10,000 entries into 10,000", f"{figures['BM_LoadAndMerge10000Into10000'] / 1e6:.0f} ms")
+    table.add("entry to driver record", f"{figures['BM_RecordConversion']:.0f} ns", "< 1000 ns")
+    table.add("save the document", f"{save / 1e3:.0f} µs")
+    table.add("bare write, fdatasync and rename of the same bytes", f"{bare / 1e3:.0f} µs")
+    table.add("save ÷ bare write", f"{save / bare:.2f}", "≤ 1.2")
+
+
+def first_paint(desktop, program):
+    done = desktop.run([desktop.build / "bench/first_paint", program])
+    if done.returncode != 0:
+        sys.exit(f"bench: {program}: {done.stderr}")
+    milliseconds, pss = done.stdout.split()
+    return float(milliseconds), int(pss) / 1024
+
+
+def window_figures(table, desktop, rounds):
+    ours, yardstick = [], []
+    for _ in range(rounds):
+        yardstick.append(first_paint(desktop, desktop.build / "bench/minimal_window"))
+        ours.append(first_paint(desktop, desktop.program("veltrix-settings")))
+    (time_a, pss_a), (time_b, pss_b) = ([statistics.median(column) for column in zip(*runs)]
+                                        for runs in (ours, yardstick))
+    table.add("veltrix-settings, exec to first paint", f"{time_a:.1f} ms")
+    table.add("minimal Qt window, exec to first paint", f"{time_b:.1f} ms")
+    table.add("first paint ÷ minimal window", f"{time_a / time_b:.2f}", "≤ 1.5")
+    table.add("veltrix-settings, memory (PSS)", f"{pss_a:.1f} MiB")
+    table.add("minimal Qt window, memory (PSS)", f"{pss_b:.1f} MiB")
+    table.add("memory ÷ minimal window", f"{pss_a / pss_b:.2f}", "≤ 1.5")
+
+
+def switches(pid):
+    total = 0
+    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
+        for line in (task / "status").read_text().splitlines():
+            if "ctxt_switches" in line:
+                total += int(line.split()[1])
+    return total
+
+
+def helper_figures(table, process, seconds=5):
+    before = switches(process.pid)
+    time.sleep(seconds)
+    wakeups = (switches(process.pid) - before) / seconds
+    for line in pathlib.Path(f"/proc/{process.pid}/smaps_rollup").read_text().splitlines():
+        if line.startswith("Pss:"):
+            pss = int(line.split()[1]) / 1024
+    table.add("helper, memory (PSS)", f"{pss:.2f} MiB", "< 6 MiB")
+    table.add("helper, wake-ups a second with no pane open", f"{wakeups:.1f}", "0")
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("build", type=pathlib.Path)
+    parser.add_argument("--rounds", type=int, default=21)
+    arguments = parser.parse_args()
+    table = Table()
+    with Desktop(arguments.build) as desktop:
+        settings_figures(table, desktop)
+        process = desktop.start_helper(SIMULATED)
+        helper_figures(table, process)
+        poll = micro(desktop, "poll_bench")["BM_Poll"]
+        table.add("poll: find the helper, ask, be answered", f"{poll / 1e3:.0f} µs", "< 200 µs")
+        window_figures(table, desktop, arguments.rounds)
+    cpu = next((line.split(":")[1].strip() for line in open("/proc/cpuinfo") if line.startswith("model name")), "?")
+    print(f"\n{cpu}, {os.cpu_count()} cores, Linux {platform.release()}, {arguments.rounds} rounds of each program\n")
+    table.show()
+
+
+if __name__ == "__main__":
+    main()
