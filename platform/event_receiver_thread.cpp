@@ -2,11 +2,11 @@
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 #include <systemd/sd-bus.h>
-#include <systemd/sd-event.h>
 #include <unistd.h>
 
 #include <csignal>
 
+#include "platform/event_loop.h"
 #include "platform/event_receiver.h"
 
 namespace veltrix {
@@ -18,18 +18,11 @@ int raiseFlag(sd_event_source* /*source*/, int /*descriptor*/, std::uint32_t /*e
   return 0;
 }
 
-struct LoopReleaser {
-  void operator()(sd_event* loop) const { sd_event_unref(loop); }
-};
-using LoopHandle = std::unique_ptr<sd_event, LoopReleaser>;
-
-LoopHandle makeLoop(int stopSignal, bool* stopped) {
-  sd_event* raw = nullptr;
-  if (sd_event_new(&raw) < 0)
+EventLoopHandle makeStoppableLoop(int stopSignal, bool* stopped) {
+  EventLoopHandle loop = makeEventLoop();
+  if (loop != nullptr && sd_event_add_io(loop.get(), nullptr, stopSignal, EPOLLIN, raiseFlag, stopped) < 0) {
     return nullptr;
-  LoopHandle loop(raw);
-  if (sd_event_add_io(raw, nullptr, stopSignal, EPOLLIN, raiseFlag, stopped) < 0)
-    return nullptr;
+  }
   return loop;
 }
 
@@ -72,7 +65,7 @@ EventReceiverThread::~EventReceiverThread() {
 
 void EventReceiverThread::run() {
   bool stopped = false;
-  const LoopHandle loop = makeLoop(fStopSignal, &stopped);
+  const EventLoopHandle loop = makeStoppableLoop(fStopSignal, &stopped);
   if (loop == nullptr)
     return;
   const Result<BusHandle> bus = startSessionBus(fBusAddress);
@@ -86,10 +79,7 @@ void EventReceiverThread::run() {
       sd_bus_attach_event(connection, loop.get(), SD_EVENT_PRIORITY_NORMAL) < 0) {
     return;
   }
-  // Not by sd_event_exit: it would flush the connection, which on a bus that hangs takes as long as the bus
-  // does.
-  while (!stopped && sd_event_run(loop.get(), UINT64_MAX) >= 0) {
-  }
+  runEventLoop(loop.get(), &stopped);
   sd_bus_detach_event(connection);
 }
 
