@@ -1,0 +1,83 @@
+#include "helper/helper_service.h"
+
+#include <unistd.h>
+
+#include <cstring>
+
+#include "helperlink/helper_protocol.h"
+
+namespace veltrix {
+
+namespace {
+
+constexpr const char* kHelperApplication = "VeltrixHelper";
+constexpr const char* kPaneApplication = "VeltrixPane";
+
+int readSettings(sd_event_source* /*source*/, void* core) {
+  static_cast<HelperCore*>(core)->settle();
+  return 0;
+}
+
+}  // namespace
+
+HelperService::HelperService(sd_bus* bus, sd_event* loop, HelperCore& core, bool simulated)
+    : fBus(bus), fLoop(loop), fCore(core), fStatus(core, simulated) {
+  fCore.setObserver(this);
+}
+
+HelperService::~HelperService() {
+  fCore.setObserver(nullptr);
+}
+
+Status HelperService::publish() {
+  sd_event_source* reading = nullptr;
+  int result = sd_event_add_defer(fLoop, &reading, readSettings, &fCore);
+  fReading.reset(reading);
+  if (result >= 0)
+    result = sd_event_source_set_enabled(reading, SD_EVENT_OFF);
+  // After the messages that have arrived already: a burst of them costs one reading.
+  if (result >= 0)
+    result = sd_event_source_set_priority(reading, SD_EVENT_PRIORITY_IDLE);
+  if (result < 0) {
+    return Error{-result, std::string("cannot prepare the event loop: ") + std::strerror(-result),
+                 std::nullopt};
+  }
+  auto receiver = EventReceiver::onBus(
+      fBus, [this](const IncomingEvent& event, EventReply* reply) { return fCore.takeEvent(event, reply); });
+  if (!receiver)
+    return receiver.error();
+  fReceiver = std::move(receiver.value());
+  return fStatus.publish(fBus);
+}
+
+Result<bool> HelperService::claimNames() {
+  // The name of the process first: whoever sees the name of the helper finds the process's as well.
+  const ProcessSerialNumber self{.startTime = 0, .pid = static_cast<std::uint32_t>(getpid())};
+  Result<bool> claimed = claimBusName(fBus, EventAddress(kHelperApplication, self).busName());
+  if (!claimed || !claimed.value())
+    return claimed;
+  return claimBusName(fBus, EventAddress(kHelperApplication).busName());
+}
+
+void HelperService::readingIsDue() {
+  sd_event_source_set_enabled(fReading.get(), SD_EVENT_ONESHOT);
+}
+
+void HelperService::settingsRead() {
+  fStatus.announce({"Generation", "SettingsState", "SettingsError", "Records"});
+}
+
+void HelperService::devicesChanged() {
+  Event event(EventAddress(kPaneApplication), kVeltrixEventClass, kDeviceStateEvent);
+  const DeviceState state = fCore.deviceState();
+  // Nobody waits for it and a pane that is not there misses nothing: it asks for the devices itself.
+  if (event.putParameter(kDirectObjectKeyword, kDeviceStateType, state) == 0)
+    queueEvent(fBus, event);
+  fStatus.announce({"Devices", "Records", "AccessibilityGranted"});
+}
+
+void HelperService::messageTaken() {
+  fStatus.announce({"LastMessage", "RecentMessages", "PaneShown"});
+}
+
+}  // namespace veltrix

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+
+#include "helper/helper_core.h"
+#include "helper/status_interface.h"
+#include "platform/event_loop.h"
+#include "platform/event_receiver.h"
+
+namespace veltrix {
+
+// Connects the core with the session bus: takes the pane's events, tells the pane of changed devices, shows
+// the status. The connection, the loop (to which the connection is attached) and the core must outlive it.
+class HelperService final : public HelperObserver {
+ public:
+  HelperService(sd_bus* bus, sd_event* loop, HelperCore& core, bool simulated);
+  ~HelperService() override;
+  HelperService(const HelperService&) = delete;
+  HelperService& operator=(const HelperService&) = delete;
+
+  // Offers everything on the bus. Before claimNames() nobody finds it there.
+  Status publish();
+
+  // Takes the helper's names: false when another helper has them.
+  Result<bool> claimNames();
+
+  void readingIsDue() override;
+  void settingsRead() override;
+  void devicesChanged() override;
+  void messageTaken() override;
+
+ private:
+  sd_bus* fBus;
+  sd_event* fLoop;
+  HelperCore& fCore;
+  StatusInterface fStatus;
+  std::unique_ptr<EventReceiver> fReceiver;
+  EventSourceHandle fReading;
+};
+
+}  // namespace veltrix

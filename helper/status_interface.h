@@ -1,0 +1,45 @@
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+
+#include "helper/helper_core.h"
+#include "util/result.h"
+
+struct sd_bus;
+struct sd_bus_slot;
+
+namespace veltrix {
+
+struct BusSlotReleaser {
+  void operator()(sd_bus_slot* slot) const;
+};
+using BusSlotHandle = std::unique_ptr<sd_bus_slot, BusSlotReleaser>;
+
+inline constexpr const char* kHelperObject = "/com/aldmoor/VeltrixHelper";
+inline constexpr const char* kHelperInterface = "com.aldmoor.VeltrixHelper1";
+
+// Shows the core's state on the bus, read-only. A reader sees every message that it sent before.
+class StatusInterface {
+ public:
+  StatusInterface(HelperCore& core, bool simulated) : fCore(core), fSimulated(simulated) {}
+  StatusInterface(const StatusInterface&) = delete;
+  StatusInterface& operator=(const StatusInterface&) = delete;
+
+  // The connection must outlive the object.
+  Status publish(sd_bus* bus);
+
+  // Tells those who watch that these properties have changed.
+  void announce(std::initializer_list<const char*> properties) const;
+
+  HelperCore& core() const { return fCore; }
+  bool simulated() const { return fSimulated; }
+
+ private:
+  HelperCore& fCore;
+  bool fSimulated;
+  sd_bus* fBus = nullptr;
+  BusSlotHandle fSlot;
+};
+
+}  // namespace veltrix
