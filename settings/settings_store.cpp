@@ -68,28 +68,41 @@ plist::Dictionary SettingsStore::newVTXPrefsFromFile() {
 }
 
 bool SettingsStore::vtxSavePrefsToFile(const plist::Dictionary& prefs) {
-  const auto xml = plist::writeXml(prefs);
-  if (!xml || fEnvironment.settingsPath.empty() || !replaceFile(xml.value())) {
+  const Status written = writeDocument(prefs);
+  if (!written) {
+    fSaveError = written.error();
     return false;
   }
+  fSaveError.reset();
   if (fEnvironment.sendMessageToHelper) {
     fEnvironment.sendMessageToHelper(kSettingsChangedMessage);
   }
   return true;
 }
 
+Status SettingsStore::writeDocument(const plist::Dictionary& prefs) {
+  const auto xml = plist::writeXml(prefs);
+  if (!xml) {
+    return xml.error();
+  }
+  if (fEnvironment.settingsPath.empty()) {
+    return Error{ENOENT, "there is no home folder", {}};
+  }
+  return replaceFile(xml.value());
+}
+
 // An unusable file is moved away first. When the new one then cannot be written it is moved back: a failed
 // save leaves everything as it was, and repeated failures do not pile up kept files.
-bool SettingsStore::replaceFile(const std::string& bytes) {
+Status SettingsStore::replaceFile(const std::string& bytes) {
   const std::string& path = fEnvironment.settingsPath;
   if (!fUnusableFileInPlace) {
-    return writeFileAtomically(path, bytes).ok();
+    return writeFileAtomically(path, bytes);
   }
   const auto kept = keepRejectedFile(path);
   if (!kept && kept.error().code != ENOENT) {
-    return false;
+    return kept.error();
   }
-  const bool written = writeFileAtomically(path, bytes).ok();
+  Status written = writeFileAtomically(path, bytes);
   fUnusableFileInPlace = !written;
   if (!written && kept) {
     static_cast<void>(putRejectedFileBack(kept.value()));

@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "helperlink/device_list.h"
 #include "platform/property_list.h"
+#include "util/result.h"
 
 namespace veltrix {
 
@@ -43,6 +45,9 @@ class SettingsStore {
   // Writes the document atomically as XML and, only after success, tells the helper. On failure the file is
   // as it was and nothing is sent.
   bool vtxSavePrefsToFile(const plist::Dictionary& prefs);
+
+  // Why the last save failed; nothing after one that did not.
+  const std::optional<Error>& saveError() const { return fSaveError; }
 
   // Loads the document and takes its "devices" and "snippets" (created when missing), then chooses the
   // current entry. False, with nothing changed, when there is no document.
@@ -85,9 +90,11 @@ class SettingsStore {
   struct UserFile;
 
   UserFile readUserFile() const;
-  bool replaceFile(const std::string& bytes);
+  Status writeDocument(const plist::Dictionary& prefs);
+  Status replaceFile(const std::string& bytes);
 
   SettingsEnvironment fEnvironment;
+  std::optional<Error> fSaveError;
   bool fUnusableFileInPlace = false;  // to be kept aside before anything is written over it
 };
 

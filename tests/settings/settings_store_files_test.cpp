@@ -59,12 +59,14 @@ class UserFile : public testing::StoreTest {
     EXPECT_FALSE(fStore.vtxSavePrefsToFile(fStore.fPrefsDict));
     EXPECT_EQ(readFile(fSettingsPath), before);
     EXPECT_THAT(fMessages, IsEmpty());
+    EXPECT_TRUE(fStore.saveError().has_value());
   }
 
   void expectSaveThatRepairs() {
     EXPECT_TRUE(fStore.vtxSavePrefsToFile(fStore.fPrefsDict));
     EXPECT_TRUE(plist::equal(readPlist(fSettingsPath), fStore.fPrefsDict));
     EXPECT_THAT(fMessages, ElementsAre(kSettingsChangedMessage));
+    EXPECT_FALSE(fStore.saveError().has_value());
   }
 
   // Loads the user's settings and changes them.
