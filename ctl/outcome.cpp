@@ -1,0 +1,17 @@
+#include "ctl/outcome.h"
+
+#include <iostream>
+
+namespace veltrix::ctl {
+
+int fail(int code, const std::string& message) {
+  std::cout.flush();
+  std::cerr << "veltrixctl: " << message << '\n';
+  return code;
+}
+
+std::string about(const std::string& path, const std::string& message) {
+  return message.find(path) == std::string::npos ? path + ": " + message : message;
+}
+
+}  // namespace veltrix::ctl

@@ -1,0 +1,102 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "ctl/commands.h"
+#include "ctl/helper_properties.h"
+#include "ctl/hex_ids.h"
+#include "ctl/outcome.h"
+#include "helperlink/device_kinds.h"
+
+namespace veltrix::ctl {
+namespace {
+
+std::uint16_t idAt(const Json& device, std::size_t index) {
+  return device.at(index).get<std::uint16_t>();
+}
+
+Json deviceOf(const Json& device) {
+  return {{"id", device.at(0)},         {"vendor", device.at(1)},    {"product", device.at(2)},
+          {"version", device.at(3)},    {"interface", device.at(4)}, {"vendorName", device.at(5)},
+          {"productName", device.at(6)}};
+}
+
+Json recordOf(const Json& record) {
+  return {
+      {"id", record.at(0)}, {"entryIndex", record.at(1)}, {"global", record.at(2)}, {"record", record.at(3)}};
+}
+
+// The same properties with names for what the bus carries by position.
+Json named(const Json& properties) {
+  Json json = properties;
+  for (auto& device : json["Devices"]) {
+    device = deviceOf(device);
+  }
+  for (auto& record : json["Records"]) {
+    record = recordOf(record);
+  }
+  return json;
+}
+
+std::string textOf(const Json& value) {
+  return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+void printDevice(const Json& device, const Json& record) {
+  const auto* kind = findDeviceKind(idAt(device, 2));
+  std::cout << deviceIdsText({idAt(device, 1), idAt(device, 2), idAt(device, 3)}) << "  "
+            << (kind != nullptr ? kind->name : "unknown kind") << "  (" << textOf(device.at(0)) << ")\n";
+  if (record.at(3).get<std::string>().empty()) {
+    std::cout << "  no record: no entry of the settings is for it\n";
+    return;
+  }
+  std::cout << "  record of devices/" << record.at(1).dump()
+            << (record.at(2).get<bool>() ? ", the entry for every device" : "") << "\n  "
+            << textOf(record.at(3)) << '\n';
+}
+
+void print(const Json& properties) {
+  std::cout << "VeltrixHelper " << textOf(properties.at("Version"))
+            << (properties.at("Simulated").get<bool>() ? ", with simulated trackballs" : "") << '\n';
+  std::cout << "settings: " << textOf(properties.at("SettingsState")) << ", "
+            << textOf(properties.at("SettingsPath")) << '\n';
+  if (const auto problem = textOf(properties.at("SettingsError")); !problem.empty()) {
+    std::cout << "problem: " << problem << '\n';
+  }
+  std::cout << "window open: " << (properties.at("PaneShown").get<bool>() ? "yes" : "no")
+            << "\naccessibility: " << (properties.at("AccessibilityGranted").get<bool>() ? "yes" : "no")
+            << "\nlast message: " << textOf(properties.at("LastMessage")) << '\n';
+  const Json& devices = properties.at("Devices");
+  const Json& records = properties.at("Records");
+  for (std::size_t i = 0; i < devices.size() && i < records.size(); ++i) {
+    printDevice(devices.at(i), records.at(i));
+  }
+  if (devices.empty()) {
+    std::cout << "No trackball is connected.\n";
+  }
+}
+
+int run(const Context& context) {
+  const auto properties = readHelperProperties();
+  if (!properties) {
+    return fail(kNotFound, properties.error().message);
+  }
+  try {
+    if (context.json) {
+      std::cout << jsonText(named(properties.value()));
+    } else {
+      print(properties.value());
+    }
+  } catch (const Json::exception&) {
+    return fail(kNotFound, "VeltrixHelper answers in a form that this version does not know");
+  }
+  return kDone;
+}
+
+}  // namespace
+
+void addStatusCommand(CLI::App& app, Context& context) {
+  app.add_subcommand("status", "Show what the running helper knows: devices, records, settings")
+      ->callback([&context] { context.exitCode = run(context); });
+}
+
+}  // namespace veltrix::ctl

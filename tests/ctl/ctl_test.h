@@ -1,0 +1,63 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/property_list_io.h"
+#include "tests/support/program_run.h"
+#include "tests/support/settings_documents.h"
+#include "tests/support/temporary_folder.h"
+
+namespace veltrix::testing {
+
+// Runs the real veltrixctl in a home of its own, without a session bus unless a test gives it one.
+class CtlTest : public ::testing::Test {
+ protected:
+  ProgramRun ctl(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), VELTRIXCTL);
+    fLast = runProgram(arguments, {{"HOME", fHome},
+                                   {"DBUS_SESSION_BUS_ADDRESS", fBusAddress},
+                                   {"XDG_RUNTIME_DIR", fFolder / "runtime"}});
+    return fLast;
+  }
+
+  void expect(const std::vector<std::string>& arguments, int exitCode, const std::string& output,
+              const ::testing::Matcher<std::string>& errors) {
+    const auto run = ctl(arguments);
+    EXPECT_EQ(run.exitCode, exitCode) << run.errors;
+    EXPECT_EQ(run.output, output);
+    EXPECT_THAT(run.errors, errors);
+  }
+
+  void expectDone(const std::vector<std::string>& arguments, const std::string& output) {
+    expect(arguments, 0, output, "");
+  }
+
+  nlohmann::json json(const std::vector<std::string>& arguments) {
+    const auto run = ctl(arguments);
+    const auto parsed = nlohmann::json::parse(run.output, nullptr, false);
+    EXPECT_FALSE(parsed.is_discarded()) << run.output << run.errors;
+    return parsed;
+  }
+
+  static void writePlist(const std::string& path, const plist::Dictionary& document) {
+    writeFile(path, plist::writeXml(document).value());
+  }
+
+  static plist::Dictionary readPlist(const std::string& path) {
+    const auto document = plist::readFile(path);
+    return document ? document.value().root.asDictionary() : plist::Dictionary();
+  }
+
+  TemporaryFolder fFolder;
+  std::string fHome = fFolder / "home";
+  std::string fBusAddress = "unix:path=" + (fFolder / "no-bus");
+  std::string fSettings = fHome + "/Library/Preferences/com.aldmoor.veltrix.settings.plist";
+  ProgramRun fLast;
+};
+
+}  // namespace veltrix::testing
