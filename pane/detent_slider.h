@@ -5,7 +5,7 @@
 
 namespace veltrix {
 
-// A slider that comes to rest only on given positions, however it is moved. The wheel moves it by one
+// A slider that comes to rest only on given positions (every one, at first), however it is moved. The wheel moves it by one
 // position a notch while it has the focus; without the focus the wheel belongs to the page around it.
 class DetentSlider : public QSlider {
   Q_OBJECT

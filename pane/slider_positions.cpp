@@ -61,7 +61,7 @@ int nearestPosition(const std::vector<int>& positions, int position) {
 
 int stepPosition(const std::vector<int>& positions, int position, int steps) {
   if (positions.empty() || steps == 0) {
-    return position;
+    return position + steps;
   }
   const auto start = steps > 0 ? std::upper_bound(positions.begin(), positions.end(), position) - 1
                                : std::lower_bound(positions.begin(), positions.end(), position);

@@ -83,6 +83,7 @@ TEST(SliderPositions, StepsGoFromPositionToPositionAndStopAtTheEnds) {
   EXPECT_EQ(stepPosition(positions, -3, 1), 0);
   EXPECT_EQ(stepPosition(positions, 0, 2), 7);
   EXPECT_EQ(stepPosition(positions, 3, 0), 3);
+  EXPECT_EQ(stepPosition({}, 3, -2), 1);
 }
 
 TEST(SliderPositions, UsualScrollAmountsKeepTheUsualRange) {

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <QObject>
+#include <array>
+#include <cstdint>
+
+#include "helperlink/device_list.h"
+#include "pane/modifier_keys.h"
+#include "pane/page_tables.h"
+#include "pane/pane_services.h"
+#include "platform/property_list.h"
+#include "settings/settings_store.h"
+
+class QAbstractButton;
+class QCheckBox;
+class QDialog;
+class QTabWidget;
+class QWidget;
+class VeltrixPrefPane;
+
+namespace veltrix {
+struct Outlets;
+}  // namespace veltrix
+
+// Shows one device entry of the settings at a time and writes every change of a control at once: into the
+// entry, to the file, and as a message to the helper. Methods named act... are the actions of controls,
+// fields named out... are the controls; a control whose change has to be followed by others carries the tag
+// kRefreshTag. On the main thread only.
+class VeltrixController : public QObject, public veltrix::SettingsStore {
+  Q_OBJECT
+
+ public:
+  static constexpr int kRefreshTag = 71;
+
+  // The pane and the outlets must outlive the controller.
+  VeltrixController(VeltrixPrefPane* pane, veltrix::Outlets* outlets, const veltrix::PaneServices& services);
+  ~VeltrixController() override;
+
+  // Lifecycle.
+  void awakeFromNib();  // once, when all widgets have been made
+  void vtxPrefPaneDidSelect();
+  void vtxPrefPaneWillUnselect();
+  void vtxPrefPaneDidBecomeKey();
+  void vtxPrefPaneDidResignActive();
+  void actUpdateSettings(QObject* sender);
+
+  // Controls.
+  void vtxGetUIFromSettings();
+  void vtxGetSettingsFromUI();  // does not save
+  void vtxUpdateRestoreButton();
+
+  // Tabs. Indices are those of all four root tabs, shown or not.
+  void vtxSaveTabs();
+  bool vtxShowHideTab(std::int16_t index, bool visible);  // true when something changed
+  void tabView(QTabWidget* tabView, int didSelectTabViewItem);
+  std::int32_t vtxCurAssignmentTabIndex(std::int32_t button) const;
+
+  // Devices.
+  void vtxUpdateDeviceList(const VeltrixDeviceList* list);
+  void vtxReceiveDeviceState(const veltrix::DeviceState& state);
+  void actSelectDevice();
+
+  // Commands.
+  void actButtonRestoreDefaults();
+  void actScrollMatrixDirection();
+  void vtxUpdateHelpLabels();
+
+  // Runs `window` as a sheet of the pane's window and returns when it is closed: 1 for OK, 0 for Cancel
+  // (closing it in another way is that, too), -1000 at once without a window.
+  std::int32_t modalDialog(QDialog* window);
+  void actModalButtonOK();
+  void actModalButtonCancel();
+  bool dialogRuns() const { return fModalWindow != nullptr; }
+
+ private:
+  struct RootTabItem {
+    QWidget* page = nullptr;
+    QString title;
+  };
+
+  void connectActions();
+  void fillPointerControls(const veltrix::plist::Dictionary& options);
+  void fillScrollingTab();
+  void fillScrollingControls(const veltrix::plist::Dictionary& options);
+  void readPointerControls(veltrix::plist::Dictionary options);
+  void readScrollingControls(veltrix::plist::Dictionary options);
+  bool readJump(const veltrix::plist::Dictionary& options);
+  void showSpeed();
+  void showAcceleration();
+  void showScrollAmount();
+  void updateReadouts();
+  std::array<QAbstractButton*, 4> slowKeyButtons() const;
+  std::array<QAbstractButton*, 4> axisKeyButtons() const;
+  bool helperHasAccess() const;
+  veltrix::plist::Dictionary wheelAction() const;
+  void findAndShowSettings(std::uint16_t productId);
+  void showOneDevice(const VeltrixDeviceList& list);
+
+  VeltrixPrefPane* fPane;
+  veltrix::Outlets* fOutlets;
+  veltrix::PaneServices fServices;
+  std::array<RootTabItem, veltrix::kRootTabCount> fRootTabItems;
+  std::array<bool, veltrix::kRootTabCount> fRootTabVisible{};
+  QDialog* fModalWindow = nullptr;
+  bool fReadsControls = false;
+};
+
+extern VeltrixController* gVeltrixController;  // null before awakeFromNib

@@ -1,0 +1,91 @@
+#include "pane/outlets.h"
+
+#include <QFont>
+#include <QString>
+#include <QTabBar>
+
+#include "helperlink/device_kinds.h"
+#include "pane/page_tables.h"
+#include "pane/slider_positions.h"
+
+namespace veltrix {
+namespace {
+
+constexpr int kOneDeviceLines = 5;  // heights in lines of text
+constexpr int kDeviceCellLines = 3;
+constexpr int kNoDeviceLines = 7;
+constexpr int kDirectionLines = 5;
+constexpr qreal kHeadingSize = 1.3;  // relative to the usual text
+
+void makeHeading(QLabel* label) {
+  QFont font = label->font();
+  font.setPointSizeF(font.pointSizeF() * kHeadingSize);
+  font.setBold(true);
+  label->setFont(font);
+}
+
+void setHeightInLines(QWidget* widget, int lines) {
+  const int height = widget->fontMetrics().height() * lines;
+  widget->setMinimumHeight(height);
+  widget->setMaximumHeight(height);
+}
+
+void finishDeviceStrip(Outlets* outlets) {
+  setHeightInLines(outlets->main.pictureOneDevice, kOneDeviceLines);
+  outlets->main.pictureOneDevice->setMinimumWidth(outlets->main.pictureOneDevice->minimumHeight());
+  makeHeading(outlets->main.labelOneDevice);
+  PictureCell* const cells[kDeviceKindCount] = {outlets->main.cellDevice0, outlets->main.cellDevice1,
+                                                outlets->main.cellDevice2, outlets->main.cellDevice3,
+                                                outlets->main.cellDevice4};
+  for (const DeviceKind& kind : kDeviceKinds) {
+    PictureCell* const cell = cells[kind.selectorColumn];
+    cell->setCaption(QString::fromUtf8(kind.name));
+    cell->setPictureLines(kDeviceCellLines);
+  }
+  outlets->main.outMainMatrixDevices->adoptCells();
+}
+
+void finishButtonPages(Outlets* outlets) {
+  makeHeading(outlets->buttons.labelNoDevice);
+  setHeightInLines(outlets->buttons.pictureNoDevice, kNoDeviceLines);
+  ButtonPicture* const pictures[] = {outlets->buttons.pictureDev1, outlets->buttons.pictureDev2,
+                                     outlets->buttons.pictureDev3, outlets->buttons.pictureDev4,
+                                     outlets->buttons.pictureDev5, outlets->buttons.pictureDev6};
+  std::int32_t deviceTab = 2;
+  for (ButtonPicture* picture : pictures) {
+    picture->setPicture(QString::fromLatin1(devicePicture(deviceTab)));
+    for (const std::int32_t number : buttonNumbers(deviceTab)) {
+      picture->addCallout(number);
+    }
+    ++deviceTab;
+  }
+}
+
+void finishSliders(Outlets* outlets) {
+  outlets->pointer.outPointerSliderSpeed->setDetents(speedPositions());
+  outlets->pointer.outPointerSliderAccel->setDetents(
+      steadyAccelerationPositions(kLargestAccelerationPosition));
+  outlets->pointer.curveAccel->setLargestFactor(positionToAcceleration(kLargestAccelerationPosition));
+}
+
+}  // namespace
+
+void makeInterface(QWidget* view, Outlets* outlets) {
+  outlets->main.setupUi(view);
+  outlets->buttons.setupUi(outlets->main.tabButtons);
+  outlets->pointer.setupUi(outlets->main.tabPointer);
+  outlets->scrolling.setupUi(outlets->main.tabScrolling);
+  outlets->help.setupUi(outlets->main.tabHelp);
+  outlets->outWindowAccessibilityWarning = new QDialog(view);
+  outlets->warning.setupUi(outlets->outWindowAccessibilityWarning);
+  // Hiding the selected tab moves the user to the one before it.
+  outlets->main.outMainTabsRoot->tabBar()->setSelectionBehaviorOnRemove(QTabBar::SelectLeftTab);
+  outlets->scrolling.outScrollMatrixDirection->adoptCells();
+  setHeightInLines(outlets->scrolling.outScrollTabsDirection, kDirectionLines);
+  makeHeading(outlets->help.labelHelpDevices);
+  finishDeviceStrip(outlets);
+  finishButtonPages(outlets);
+  finishSliders(outlets);
+}
+
+}  // namespace veltrix

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "helperlink/device_list.h"
+#include "helperlink/device_state.h"
+#include "platform/bundle.h"
+#include "settings/settings_store.h"
+
+namespace veltrix {
+
+// What the pane reaches the rest of the system through. Every function is present.
+struct PaneServices {
+  SettingsEnvironment settings;                               // the pane fills in connectedDevices
+  std::function<std::int16_t()> findHelper;                   // 0 while the helper runs
+  std::function<void(const std::string&)> launchApplication;  // the path of an application folder
+  std::function<void(const std::string&)> addLoginItem;       // the same
+  std::function<std::int32_t(VeltrixDeviceList*)> getConnectedDevices;
+  std::function<std::int32_t(std::uint32_t)> sendMessageToHelper;
+  std::function<std::uint32_t()> systemVersion;
+
+  // Names the one consumer of the helper's device states, or none when it is empty; the former one is not
+  // called any more when this returns. A consumer may be called on any thread.
+  std::function<void(DeviceStateConsumer)> setDeviceStateConsumer;
+};
+
+// The real ones, for the pane of that bundle.
+PaneServices standardPaneServices(const Bundle& bundle);
+
+}  // namespace veltrix

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QTranslator>
+
+#include "platform/bundle.h"
+
+namespace veltrix {
+
+// The string table in which the pane's texts are.
+inline constexpr const char* kStringTable = "Localizable";
+
+// Gives the texts of interface files their translations out of the bundle's string table. The bundle must
+// outlive it.
+class TableTranslator : public QTranslator {
+  Q_OBJECT
+
+ public:
+  explicit TableTranslator(const Bundle& bundle, QObject* parent = nullptr);
+  bool isEmpty() const override { return false; }
+  QString translate(const char* context, const char* sourceText, const char* disambiguation,
+                    int n) const override;
+
+ private:
+  const Bundle& fBundle;
+};
+
+}  // namespace veltrix
