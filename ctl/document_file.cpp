@@ -20,7 +20,7 @@ std::string placeOf(const std::string& path, std::size_t offset) {
   file.read(before.data(), static_cast<std::streamsize>(offset));
   before.resize(static_cast<std::size_t>(file.gcount()));
   const bool isText = !before.starts_with("bplist") && before.find('\0') == std::string::npos;
-  const std::string byte = "offset " + std::to_string(offset);
+  std::string byte = "offset " + std::to_string(offset);
   if (!isText) {
     return byte;
   }

@@ -14,7 +14,7 @@ bool isButtonKey(std::string_view key) {
   return key.size() == 2 && isDigit(key[0]) && isDigit(key[1]) && key <= "15";
 }
 
-void checkAction(std::string_view key, const Dictionary& action, ProblemList problems) {
+void checkAction(std::string_view key, const Dictionary& action, const ProblemList& problems) {
   if (!action.contains(keys::kCommand)) {
     problems.add("has no \"cmd\"");
     return;
@@ -34,9 +34,9 @@ void checkAction(std::string_view key, const Dictionary& action, ProblemList pro
 
 }  // namespace
 
-void checkButtons(const Dictionary& buttons, ProblemList problems) {
+void checkButtons(const Dictionary& buttons, const ProblemList& problems) {
   for (const auto& key : buttons.keys()) {
-    ProblemList here = problems.at(key);
+    const ProblemList here = problems.at(key);
     if (!isButtonKey(key)) {
       here.add("is no button: keys are two digits, 00 to 15");
     } else if (const auto action = buttons.dictionaryFor(key)) {

@@ -6,6 +6,6 @@
 namespace veltrix {
 
 // The problems of "buttons": keys, commands, and parameters of the command's class.
-void checkButtons(const plist::Dictionary& buttons, ProblemList problems);
+void checkButtons(const plist::Dictionary& buttons, const ProblemList& problems);
 
 }  // namespace veltrix

@@ -23,7 +23,7 @@ std::string insteadOf(const Value& value, const char* wanted) {
   return std::string("is ") + typeName(value.type()) + " instead of " + wanted;
 }
 
-void checkOptions(const Dictionary& options, ProblemList problems) {
+void checkOptions(const Dictionary& options, const ProblemList& problems) {
   problems.checkRange(options, keys::kSpeed, 80, 6400);
   problems.checkType(options, keys::kAcceleration);
   const double factor = options.realFor(keys::kAcceleration);
@@ -39,7 +39,7 @@ void checkOptions(const Dictionary& options, ProblemList problems) {
   }
 }
 
-void checkIds(const Dictionary& entry, ProblemList problems) {
+void checkIds(const Dictionary& entry, const ProblemList& problems) {
   for (const char* key : {keys::kVendorId, keys::kProductId, keys::kVersionMin, keys::kVersionMax}) {
     problems.checkRange(entry, key, 0, kLargestId);
   }
@@ -49,7 +49,7 @@ void checkIds(const Dictionary& entry, ProblemList problems) {
   }
 }
 
-void checkParam(const Dictionary& param, ProblemList problems) {
+void checkParam(const Dictionary& param, const ProblemList& problems) {
   for (const char* key :
        {keys::kTriggerTime, keys::kTimeDecay, keys::kTimeStop, keys::kCountDecay, keys::kCountStop}) {
     problems.checkRange(param, key, INT32_MIN, INT32_MAX);
@@ -57,8 +57,8 @@ void checkParam(const Dictionary& param, ProblemList problems) {
 }
 
 // Checks a dictionary inside an entry by `check`; a missing one is the business of the entry.
-void checkInside(const Dictionary& entry, const char* key, ProblemList problems,
-                 void (*check)(const Dictionary&, ProblemList)) {
+void checkInside(const Dictionary& entry, const char* key, const ProblemList& problems,
+                 void (*check)(const Dictionary&, const ProblemList&)) {
   const Value value = entry.get(key);
   if (value.asDictionary()) {
     check(value.asDictionary(), problems.at(key));
@@ -67,7 +67,7 @@ void checkInside(const Dictionary& entry, const char* key, ProblemList problems,
   }
 }
 
-void checkEntry(const Dictionary& entry, ProblemList problems) {
+void checkEntry(const Dictionary& entry, const ProblemList& problems) {
   for (const char* key : {keys::kDriverEnabled, keys::kDictVersion, keys::kVendorId, keys::kProductId,
                           keys::kVersionMin, keys::kVersionMax, keys::kButtons, keys::kOptions}) {
     if (!entry.contains(key)) {
@@ -85,10 +85,10 @@ void checkEntry(const Dictionary& entry, ProblemList problems) {
   }
 }
 
-void checkDevices(const Array& devices, ProblemList problems) {
+void checkDevices(const Array& devices, const ProblemList& problems) {
   std::map<std::array<std::int32_t, 3>, std::size_t> seen;
   for (std::size_t i = 0; i < devices.count(); ++i) {
-    ProblemList here = problems.at(std::to_string(i));
+    const ProblemList here = problems.at(std::to_string(i));
     const auto entry = devices.at(i).asDictionary();
     if (!entry) {
       here.add(insteadOf(devices.at(i), "a dictionary"));
@@ -105,9 +105,9 @@ void checkDevices(const Array& devices, ProblemList problems) {
   }
 }
 
-void checkSnippets(const Array& snippets, ProblemList problems) {
+void checkSnippets(const Array& snippets, const ProblemList& problems) {
   for (std::size_t i = 0; i < snippets.count(); ++i) {
-    ProblemList here = problems.at(std::to_string(i));
+    const ProblemList here = problems.at(std::to_string(i));
     const auto snippet = snippets.at(i).asDictionary();
     if (!snippet) {
       here.add(insteadOf(snippets.at(i), "a dictionary"));
@@ -125,7 +125,7 @@ void checkSnippets(const Array& snippets, ProblemList problems) {
 
 std::vector<DocumentProblem> checkSettingsDocument(const Value& root) {
   std::vector<DocumentProblem> found;
-  ProblemList problems(found, "");
+  const ProblemList problems(found, "");
   const auto document = root.asDictionary();
   if (!document) {
     problems.add(insteadOf(root, "a dictionary"));

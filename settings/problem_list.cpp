@@ -6,7 +6,6 @@
 namespace veltrix {
 namespace {
 
-using plist::Dictionary;
 using plist::Type;
 using plist::Value;
 
@@ -27,11 +26,11 @@ ProblemList ProblemList::at(std::string_view key) const {
   return {fProblems, fPlace.empty() ? std::string(key) : fPlace + "/" + std::string(key)};
 }
 
-void ProblemList::add(std::string reason) {
+void ProblemList::add(std::string reason) const {
   fProblems.push_back({fPlace, std::move(reason)});
 }
 
-void ProblemList::checkType(const plist::Dictionary& dictionary, const char* key) {
+void ProblemList::checkType(const plist::Dictionary& dictionary, const char* key) const {
   const plist::Value value = dictionary.get(key);
   const plist::Type wanted = settingsTypeOf(key);
   if (!value.isMissing() && !mayStandFor(value, wanted)) {
@@ -40,7 +39,7 @@ void ProblemList::checkType(const plist::Dictionary& dictionary, const char* key
 }
 
 void ProblemList::checkRange(const plist::Dictionary& dictionary, const char* key, std::int64_t least,
-                             std::int64_t most) {
+                             std::int64_t most) const {
   const plist::Value value = dictionary.get(key);
   checkType(dictionary, key);
   if (value.isMissing() || !mayStandFor(value, plist::Type::kInteger)) {
@@ -52,7 +51,7 @@ void ProblemList::checkRange(const plist::Dictionary& dictionary, const char* ke
   }
 }
 
-void ProblemList::checkModifiers(const plist::Dictionary& dictionary, const char* key) {
+void ProblemList::checkModifiers(const plist::Dictionary& dictionary, const char* key) const {
   const plist::Value value = dictionary.get(key);
   checkType(dictionary, key);
   if (mayStandFor(value, plist::Type::kInteger) && (value.asInt64() & ~std::int64_t{kAllModifiers}) != 0) {

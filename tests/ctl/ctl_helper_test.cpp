@@ -12,6 +12,7 @@
 namespace veltrix {
 namespace {
 
+using ::testing::AnyOf;
 using ::testing::HasSubstr;
 
 constexpr const char* kObject = "/com/aldmoor/VeltrixHelper";
@@ -114,8 +115,12 @@ TEST_F(CtlHelper, StatusSaysWhenThereIsNoBus) {
   expect({"status"}, 1, "", HasSubstr("veltrixctl: the session bus cannot be reached"));
 }
 
-TEST_F(CtlHelper, DevicesSaysWhenNoHelperRuns) {
-  expect({"devices"}, 1, "", "veltrixctl: VeltrixHelper is not running\n");
+// Processes are those of the whole system: a helper in another session of the same user is found, and then
+// it is the bus that is missing.
+TEST_F(CtlHelper, DevicesSaysWhenNoHelperAnswers) {
+  expect({"devices"}, 1, "",
+         AnyOf("veltrixctl: VeltrixHelper is not running\n",
+               "veltrixctl: there is no session bus, or VeltrixHelper ended before it answered\n"));
 }
 
 TEST_F(CtlHelper, StatusSaysWhenNoHelperRuns) {

@@ -1,5 +1,6 @@
 #include <sys/stat.h>
 
+#include "platform/bundle.h"
 #include "tests/ctl/ctl_test.h"
 
 namespace veltrix {
@@ -142,7 +143,7 @@ TEST_F(CtlSettings, ShowTakesAFileAndPrintsJson) {
 }
 
 TEST_F(CtlSettings, CheckFindsNothingInTheFactorySettings) {
-  const std::string path = std::string(std::getenv("VELTRIX_RESOURCES")) + "/DefaultSettings.plist";
+  const std::string path = Bundle::standard().pathForResource("DefaultSettings", "plist");
   expectDone({"settings", "check", path}, path + ": no problems\n");
   EXPECT_EQ(json({"settings", "check", path, "--json"}),
             nlohmann::json({{"file", path}, {"valid", true}, {"problems", nlohmann::json::array()}}));

@@ -39,7 +39,7 @@ class CtlTest : public ::testing::Test {
 
   nlohmann::json json(const std::vector<std::string>& arguments) {
     const auto run = ctl(arguments);
-    const auto parsed = nlohmann::json::parse(run.output, nullptr, false);
+    auto parsed = nlohmann::json::parse(run.output, nullptr, false);
     EXPECT_FALSE(parsed.is_discarded()) << run.output << run.errors;
     return parsed;
   }

@@ -36,6 +36,7 @@ std::string contentsOf(std::FILE* file) {
     value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
   }
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (const auto& argument : arguments) {
     pointers.push_back(const_cast<char*>(argument.c_str()));
   }
