@@ -151,8 +151,8 @@ TEST_F(DefaultSettings, MakeACompleteRecord) {
     EXPECT_EQ(record.singleModifiers, 0);
     EXPECT_EQ(record.inertialScroll, 1);
     EXPECT_EQ(record.actionCount, entry.dictionaryFor("buttons").count());
-    EXPECT_EQ(record.action[12].command, kScrollCommand);
-    EXPECT_GT(record.action[12].argument, 0);
+    EXPECT_EQ(+record.action[12].command, kScrollCommand);
+    EXPECT_GT(+record.action[12].argument, 0);
   }
 }
 

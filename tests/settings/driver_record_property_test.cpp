@@ -60,7 +60,7 @@ RC_GTEST_PROP(DriverRecordProperty, KeepsItsReservedBytesZero, ()) {
     RC_ASSERT(byte == 0);
   }
   for (const auto& action : converted.record.action) {
-    RC_ASSERT(action.reserved == 0U);
+    RC_ASSERT(std::uint32_t{action.reserved} == 0U);
   }
   RC_ASSERT(converted.record.actionCount <= kRecordActions);
   RC_ASSERT((converted.record.axisFlags & 0xF0) == 0);

@@ -67,10 +67,11 @@ std::uint8_t accelerationOf(bool accelerate, const Value& factor) {
 }
 
 void expectAction(const RecordAction& action, unsigned command, unsigned modifiers, unsigned argument) {
-  EXPECT_EQ(action.command, command);
-  EXPECT_EQ(action.modifiers, modifiers);
-  EXPECT_EQ(action.argument, argument);
-  EXPECT_EQ(action.reserved, 0U);
+  // The record is packed: its fields are read, not bound to a reference.
+  EXPECT_EQ(unsigned{action.command}, command);
+  EXPECT_EQ(unsigned{action.modifiers}, modifiers);
+  EXPECT_EQ(unsigned{action.argument}, argument);
+  EXPECT_EQ(unsigned{action.reserved}, 0U);
 }
 
 TEST(DriverRecord, IsLeftAloneWithoutAnythingToConvert) {
@@ -237,8 +238,8 @@ TEST(DriverRecord, UsesOnlyKeysOfTwoDigitsUpToFifteen) {
 TEST(DriverRecord, CountsTheButtonsWhereverTheyAre) {
   const auto record = recordOf(withButtons({{"00", actionOf(1)}, {"15", actionOf(2)}}));
   EXPECT_EQ(record.actionCount, 2);
-  EXPECT_EQ(record.action[0].command, 1);
-  EXPECT_EQ(record.action[15].command, 2);
+  EXPECT_EQ(+record.action[0].command, 1);
+  EXPECT_EQ(+record.action[15].command, 2);
 }
 
 TEST(DriverRecord, AnActionOfTheWrongTypeIsNoAction) {
