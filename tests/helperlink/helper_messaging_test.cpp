@@ -76,7 +76,8 @@ class HelperMessaging : public ::testing::Test {
   }
   void answerWith(const VeltrixDeviceList& list, std::size_t size = sizeof(VeltrixDeviceList)) {
     std::vector<std::byte> bytes(size);
-    if (size > 0) std::memcpy(bytes.data(), &list, std::min(size, sizeof list));
+    if (size > 0)
+      std::memcpy(bytes.data(), &list, std::min(size, sizeof list));
     fTransport.answer = EventReply(EventParameter(kDirectObjectKeyword, kDeviceListType, bytes));
   }
   // A list in which no byte is 0.
