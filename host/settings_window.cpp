@@ -13,8 +13,8 @@ namespace veltrix {
 namespace {
 
 // In lines of text, so that the window grows with the font; bounded by the screen.
-constexpr int kWidthInLines = 46;
-constexpr int kHeightInLines = 37;
+constexpr int kWidthInLines = 54;
+constexpr int kHeightInLines = 43;
 
 }  // namespace
 
@@ -38,6 +38,7 @@ void SettingsWindow::open() {
   fPane->didSelect();
   fSelected = true;
   listen();
+  fPane->mainView()->setFocus();
   show();
 }
 

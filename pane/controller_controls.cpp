@@ -164,7 +164,9 @@ void VeltrixController::showAcceleration() {
 
 void VeltrixController::showScrollAmount() {
   const auto& scrolling = fOutlets->scrolling;
-  scrolling.labelScrollAmount->setNum(scrolling.outScrollSliderSpeed->value());
+  const QString text = fPane->vtxLocString("%1 per step").arg(scrolling.outScrollSliderSpeed->value());
+  scrolling.labelScrollAmount->setText(text);
+  scrolling.outScrollSliderSpeed->setAccessibleDescription(text);
 }
 
 std::array<QAbstractButton*, 4> VeltrixController::slowKeyButtons() const {

@@ -2,6 +2,8 @@
 
 #include <QKeyEvent>
 #include <QSignalBlocker>
+#include <QStyleOptionSlider>
+#include <QStylePainter>
 #include <QWheelEvent>
 #include <algorithm>
 #include <utility>
@@ -58,6 +60,28 @@ void DetentSlider::keyPressEvent(QKeyEvent* event) {
     return;
   }
   QSlider::keyPressEvent(event);
+}
+
+// A slider whose appearance is inverted is drawn as a mirrored ordinary one: styles fill the groove from the
+// smallest position on, which would be the wrong side here.
+void DetentSlider::paintEvent(QPaintEvent* event) {
+  if (!invertedAppearance()) {
+    QSlider::paintEvent(event);
+    return;
+  }
+  QStyleOptionSlider option;
+  initStyleOption(&option);
+  option.upsideDown = !option.upsideDown;
+  option.sliderPosition = minimum() + maximum() - sliderPosition();
+  option.subControls = QStyle::SC_SliderGroove | QStyle::SC_SliderHandle;
+  if (tickPosition() != NoTicks) {
+    option.subControls |= QStyle::SC_SliderTickmarks;
+  }
+  option.activeSubControls = isSliderDown() || underMouse() ? QStyle::SC_SliderHandle : QStyle::SC_None;
+  if (isSliderDown()) {
+    option.state |= QStyle::State_Sunken;
+  }
+  QStylePainter(this).drawComplexControl(QStyle::CC_Slider, option);
 }
 
 void DetentSlider::wheelEvent(QWheelEvent* event) {

@@ -5,8 +5,9 @@
 
 namespace veltrix {
 
-// A slider that comes to rest only on given positions (every one, at first), however it is moved. The wheel moves it by one
-// position a notch while it has the focus; without the focus the wheel belongs to the page around it.
+// A slider that comes to rest only on given positions (every one, at first), however it is moved. The wheel
+// moves it by one position a notch while it has the focus; without the focus the wheel belongs to the page
+// around it.
 class DetentSlider : public QSlider {
   Q_OBJECT
 
@@ -23,6 +24,7 @@ class DetentSlider : public QSlider {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
 
  private:

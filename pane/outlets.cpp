@@ -1,6 +1,8 @@
 #include "pane/outlets.h"
 
 #include <QFont>
+#include <QGridLayout>
+#include <QScrollArea>
 #include <QString>
 #include <QTabBar>
 
@@ -14,7 +16,7 @@ namespace {
 constexpr int kOneDeviceLines = 5;  // heights in lines of text
 constexpr int kDeviceCellLines = 3;
 constexpr int kNoDeviceLines = 7;
-constexpr int kDirectionLines = 5;
+constexpr int kDirectionLines = 7;
 constexpr qreal kHeadingSize = 1.3;  // relative to the usual text
 
 void makeHeading(QLabel* label) {
@@ -31,8 +33,9 @@ void setHeightInLines(QWidget* widget, int lines) {
 }
 
 void finishDeviceStrip(Outlets* outlets) {
-  setHeightInLines(outlets->main.pictureOneDevice, kOneDeviceLines);
-  outlets->main.pictureOneDevice->setMinimumWidth(outlets->main.pictureOneDevice->minimumHeight());
+  PictureView* const onlyDevice = outlets->main.pictureOneDevice;
+  setHeightInLines(onlyDevice, kOneDeviceLines);
+  onlyDevice->setFixedWidth(onlyDevice->minimumHeight());
   makeHeading(outlets->main.labelOneDevice);
   PictureCell* const cells[kDeviceKindCount] = {outlets->main.cellDevice0, outlets->main.cellDevice1,
                                                 outlets->main.cellDevice2, outlets->main.cellDevice3,
@@ -65,7 +68,19 @@ void finishSliders(Outlets* outlets) {
   outlets->pointer.outPointerSliderSpeed->setDetents(speedPositions());
   outlets->pointer.outPointerSliderAccel->setDetents(
       steadyAccelerationPositions(kLargestAccelerationPosition));
+  // A readout that changes its width would move the slider below the hand.
+  QLabel* const dpi = outlets->pointer.labelSpeedDpi;
+  dpi->setMinimumWidth(dpi->fontMetrics().horizontalAdvance(QStringLiteral("5000 dpi  ")));
   outlets->pointer.curveAccel->setLargestFactor(positionToAcceleration(kLargestAccelerationPosition));
+}
+
+// The tab's own background shows through, and rows and columns keep a distance that grows with the font.
+void finishPage(QScrollArea* page) {
+  page->viewport()->setAutoFillBackground(false);
+  page->widget()->setAutoFillBackground(false);
+  if (auto* grid = qobject_cast<QGridLayout*>(page->widget()->layout())) {
+    grid->setSpacing(page->fontMetrics().height() * 2 / 3);
+  }
 }
 
 }  // namespace
@@ -83,6 +98,9 @@ void makeInterface(QWidget* view, Outlets* outlets) {
   outlets->scrolling.outScrollMatrixDirection->adoptCells();
   setHeightInLines(outlets->scrolling.outScrollTabsDirection, kDirectionLines);
   makeHeading(outlets->help.labelHelpDevices);
+  finishPage(outlets->pointer.VeltrixPointerTabScroll);
+  finishPage(outlets->scrolling.VeltrixScrollingTabScroll);
+  finishPage(outlets->help.VeltrixHelpTabScroll);
   finishDeviceStrip(outlets);
   finishButtonPages(outlets);
   finishSliders(outlets);

@@ -1,6 +1,7 @@
 #include "pane/pref_pane.h"
 
 #include <QCoreApplication>
+#include <QTabBar>
 #include <QWidget>
 #include <chrono>
 #include <string>
@@ -63,6 +64,8 @@ QWidget* VeltrixPrefPane::loadMainView() {
   veltrix::makeInterface(fMainView, fOutlets.get());
   outControllerVeltrix = std::make_unique<VeltrixController>(this, fOutlets.get(), fServices);
   outControllerVeltrix->awakeFromNib();
+  // The keys begin where the pages are chosen.
+  fMainView->setFocusProxy(fOutlets->main.outMainTabsRoot->tabBar());
   return fMainView;
 }
 

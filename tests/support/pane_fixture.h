@@ -37,6 +37,9 @@ class PaneTest : public ::testing::Test {
   plist::Dictionary userEntry(std::uint16_t productId, std::size_t which = 0) const;  // of the file
   plist::Dictionary userOptions(std::uint16_t productId) const;                       // of the file
 
+  // What a pane is given to reach the outside; the test must outlive it.
+  PaneServices makeServices();
+
   // Creates the pane and loads its main view; nothing more.
   void makePane();
 
@@ -86,7 +89,6 @@ class PaneTest : public ::testing::Test {
   std::unique_ptr<VeltrixPrefPane> pane;
 
  private:
-  PaneServices makeServices();
   void record(std::string event) { log.push_back(std::move(event)); }
 
   std::unique_ptr<QWidget> fWindow;
