@@ -242,6 +242,7 @@ TEST_F(ControlsTest, TurningJumpOnWhileItIsStoredAlreadyNeverWarns) {
   click("outPointerBoxJump");
   QApplication::processEvents();
   EXPECT_FALSE(warned);
+  EXPECT_TRUE(isChecked("outPointerBoxJump"));
   EXPECT_TRUE(options().boolFor("jump"));
 }
 
