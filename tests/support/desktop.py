@@ -8,6 +8,7 @@ import os
 import pathlib
 import signal
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -34,6 +35,9 @@ def background(command, **options):
         yield process
     finally:
         stop(process)
+        for stream in (process.stdout, process.stderr):
+            if stream is not None:
+                stream.close()
 
 
 def stop(process):
@@ -155,5 +159,22 @@ class Desktop:
         done = self.run(["dbus-send", "--session", "--print-reply", "--dest=com.aldmoor.VeltrixHelper",
                          "/com/aldmoor/VeltrixHelper", f"com.aldmoor.VeltrixHelper1.Simulation.{method}",
                          *[f"string:{argument}" for argument in arguments]])
+        if done.returncode != 0:
+            raise AssertionError(done.stderr)
+
+    def owner_of(self, bus_name):
+        """The process id, as text, that owns a name of the session bus."""
+        done = self.run(["dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus",
+                         "/org/freedesktop/DBus", "org.freedesktop.DBus.GetConnectionUnixProcessID",
+                         f"string:{bus_name}"])
+        return done.stdout.split()[-1]
+
+    def send_settings_changed(self):
+        """Tells the helper that the file has changed, as the window does after a save."""
+        code = int.from_bytes(b"VXUp", "big").to_bytes(4, sys.byteorder)
+        words = [f"uint32:{int.from_bytes(word, 'big')}" for word in (b"AVLX", b"VXHm", b"----", b"magn")]
+        done = self.run(["dbus-send", "--session", "--print-reply", "--dest=com.aldmoor.VeltrixHelper",
+                         "/com/aldmoor/Events", "com.aldmoor.Events1.Send", *words,
+                         "array:byte:" + ",".join(str(byte) for byte in code)])
         if done.returncode != 0:
             raise AssertionError(done.stderr)
