@@ -16,7 +16,7 @@ import sys
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/support"))
-from desktop import Desktop  # noqa: E402
+from desktop import Desktop, isolate  # noqa: E402
 
 SIMULATED = "A1D0:2041:0107,A1D0:1020:0100,A1D0:8002:0203"
 
@@ -126,4 +126,5 @@ def main():
 
 
 if __name__ == "__main__":
+    isolate()
     main()

@@ -10,7 +10,7 @@ import sys
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
-from desktop import Desktop, wait_until  # noqa: E402
+from desktop import Desktop, isolate, wait_until  # noqa: E402
 from window import Window  # noqa: E402
 
 SKIFFLINE = "A1D0:2041:0107"
@@ -171,5 +171,6 @@ class LiveSettingsTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
+    isolate()
     BUILD = sys.argv.pop(1)
     unittest.main(verbosity=2)
