@@ -12,6 +12,8 @@ namespace {
 
 // A larger widget gets this many device pixels stretched, rather than a pixmap of hundreds of megabytes.
 constexpr double kLargestSide = 2048.0;
+constexpr int kUsualWidthInLines = 8;
+constexpr int kUsualHeightInLines = 6;
 constexpr QSize kSmallest{48, 32};
 
 QAccessibleInterface* makeAccessible(const QString& className, QObject* object) {
@@ -104,8 +106,10 @@ QRectF PictureView::elementRect(const QString& id) const {
           part.width() * target.width(), part.height() * target.height()};
 }
 
+// Layouts ask hidden pages too; an answer from the file would have all pictures read before the first paint.
 QSize PictureView::sizeHint() const {
-  return loaded().isNull() ? kSmallest : loaded().size().toSize();
+  const int line = fontMetrics().height();
+  return {line * kUsualWidthInLines, line * kUsualHeightInLines};
 }
 
 QSize PictureView::minimumSizeHint() const {

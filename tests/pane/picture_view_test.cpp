@@ -111,6 +111,12 @@ TEST_F(PictureViewTest, DrawsNothingWithoutAPicture) {
   EXPECT_EQ(test::shareAgainst(image, image.pixelColor(0, 0), 1.01), 0.0);
 }
 
+TEST_F(PictureViewTest, WantsTheSameSizeWhateverThePicture) {
+  const QSize wanted = fView.sizeHint();
+  fView.setPicture("no_such_picture");
+  EXPECT_EQ(fView.sizeHint(), wanted);
+}
+
 TEST_F(PictureViewTest, NeedsLittleMemoryForAHugeWidget) {
   const auto peak = [] {
     rusage usage{};
