@@ -38,7 +38,7 @@ void VeltrixController::findAndShowSettings(std::uint16_t productId) {
   fCurDeviceTab = static_cast<std::int32_t>(deviceTab);
   vtxGetSettingsFromPrefs();
   vtxGetUIFromSettings();
-  fOutlets->buttons.outBtnTabsDevices->setCurrentIndex(fCurDeviceTab);
+  veltrix::showButtonPage(*fOutlets, fCurDeviceTab);
 }
 
 // The strip's page for a single kind; without a trackball the strip takes no room.

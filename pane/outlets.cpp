@@ -17,6 +17,8 @@ constexpr int kOneDeviceLines = 5;  // heights in lines of text
 constexpr int kDeviceCellLines = 3;
 constexpr int kNoDeviceLines = 7;
 constexpr int kDirectionLines = 7;
+constexpr std::int32_t kFirstDeviceTab = 2;
+constexpr std::int32_t kLastDeviceTab = 7;
 constexpr qreal kHeadingSize = 1.3;  // relative to the usual text
 
 void makeHeading(QLabel* label) {
@@ -48,19 +50,32 @@ void finishDeviceStrip(Outlets* outlets) {
   outlets->main.outMainMatrixDevices->adoptCells();
 }
 
+ButtonPicture* buttonPicture(const Outlets& outlets, std::int32_t deviceTab) {
+  switch (deviceTab) {
+    case 2:
+      return outlets.buttons.pictureDev1;
+    case 3:
+      return outlets.buttons.pictureDev2;
+    case 4:
+      return outlets.buttons.pictureDev3;
+    case 5:
+      return outlets.buttons.pictureDev4;
+    case 6:
+      return outlets.buttons.pictureDev5;
+    case 7:
+      return outlets.buttons.pictureDev6;
+    default:
+      return nullptr;
+  }
+}
+
 void finishButtonPages(Outlets* outlets) {
   makeHeading(outlets->buttons.labelNoDevice);
   setHeightInLines(outlets->buttons.pictureNoDevice, kNoDeviceLines);
-  ButtonPicture* const pictures[] = {outlets->buttons.pictureDev1, outlets->buttons.pictureDev2,
-                                     outlets->buttons.pictureDev3, outlets->buttons.pictureDev4,
-                                     outlets->buttons.pictureDev5, outlets->buttons.pictureDev6};
-  std::int32_t deviceTab = 2;
-  for (ButtonPicture* picture : pictures) {
-    picture->setPicture(QString::fromLatin1(devicePicture(deviceTab)));
+  for (std::int32_t deviceTab = kFirstDeviceTab; deviceTab <= kLastDeviceTab; ++deviceTab) {
     for (const std::int32_t number : buttonNumbers(deviceTab)) {
-      picture->addCallout(number);
+      buttonPicture(*outlets, deviceTab)->addCallout(number);
     }
-    ++deviceTab;
   }
 }
 
@@ -84,6 +99,13 @@ void finishPage(QScrollArea* page) {
 }
 
 }  // namespace
+
+void showButtonPage(const Outlets& outlets, std::int32_t deviceTab) {
+  if (ButtonPicture* const picture = buttonPicture(outlets, deviceTab)) {
+    picture->setPicture(QString::fromLatin1(devicePicture(deviceTab)));
+  }
+  outlets.buttons.outBtnTabsDevices->setCurrentIndex(deviceTab);
+}
 
 void makeInterface(QWidget* view, Outlets* outlets) {
   outlets->main.setupUi(view);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "ui_accessibility_warning.h"
 #include "ui_buttons_tab.h"
 #include "ui_help_tab.h"
@@ -24,5 +26,9 @@ struct Outlets {
 // Makes all widgets of the pane as children of `view`, in the state that they have before any settings are
 // shown.
 void makeInterface(QWidget* view, Outlets* outlets);
+
+// Selects the page of outBtnTabsDevices for a device tab (1 to 7). The picture of a model is read only now,
+// because a callout cannot be placed without it.
+void showButtonPage(const Outlets& outlets, std::int32_t deviceTab);
 
 }  // namespace veltrix
