@@ -6,7 +6,7 @@ namespace veltrix::plist {
 
 namespace {
 
-constexpr std::size_t kScannedEntries = 8;
+constexpr std::size_t kScannedEntries = 16;
 
 // Plain pointers on purpose: they outlive every destructor of the thread, so values with static storage may
 // still be freed after the thread's own objects.
@@ -21,6 +21,13 @@ const std::vector<Value>& noItems() {
 const std::vector<Entry>& noEntries() {
   static const std::vector<Entry> kNone;
   return kNone;
+}
+
+// The value under a key without a copy of it, a missing one when there is none.
+const Value& valueAt(const Dictionary& dictionary, std::string_view key) {
+  static const Value kMissing;
+  const Value* value = dictionary.find(key);
+  return value != nullptr ? *value : kMissing;
 }
 
 }  // namespace
@@ -207,28 +214,28 @@ void Dictionary::clear() {
 }
 
 bool Dictionary::boolFor(std::string_view key) const {
-  return get(key).asBool();
+  return valueAt(*this, key).asBool();
 }
 std::int32_t Dictionary::int32For(std::string_view key) const {
-  return get(key).asInt32();
+  return valueAt(*this, key).asInt32();
 }
 std::uint32_t Dictionary::uint32For(std::string_view key) const {
-  return get(key).asUint32();
+  return valueAt(*this, key).asUint32();
 }
 std::uint16_t Dictionary::uint16For(std::string_view key) const {
-  return static_cast<std::uint16_t>(get(key).asUint32());
+  return static_cast<std::uint16_t>(valueAt(*this, key).asUint32());
 }
 double Dictionary::realFor(std::string_view key) const {
-  return get(key).asReal();
+  return valueAt(*this, key).asReal();
 }
 std::string Dictionary::stringFor(std::string_view key) const {
-  return get(key).asString();
+  return valueAt(*this, key).asString();
 }
 Dictionary Dictionary::dictionaryFor(std::string_view key) const {
-  return get(key).asDictionary();
+  return valueAt(*this, key).asDictionary();
 }
 Array Dictionary::arrayFor(std::string_view key) const {
-  return get(key).asArray();
+  return valueAt(*this, key).asArray();
 }
 
 }  // namespace veltrix::plist

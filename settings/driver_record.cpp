@@ -30,11 +30,11 @@ std::uint8_t speedByte(std::uint32_t dotsPerInch) {
   return static_cast<std::uint8_t>(dotsPerInch / kSpeedStep);
 }
 
-std::uint8_t accelerationByte(const Value& stored, bool accelerate) {
-  if (stored.isMissing()) {
+std::uint8_t accelerationByte(const Value* stored, bool accelerate) {
+  if (stored == nullptr) {
     return veltrix::kRecordNotSet;
   }
-  const double factor = accelerate ? stored.asReal() : 0.0;
+  const double factor = accelerate ? stored->asReal() : 0.0;
   // Written so that not-a-number, which compares false with everything, counts as out of range.
   if (!(factor >= 0.0 && factor <= kStrongestAcceleration)) {
     return veltrix::kRecordNotSet;
@@ -61,7 +61,7 @@ std::uint8_t axisFlags(const Dictionary& options) {
 void convertOptions(const Dictionary& options, DriverRecord& record) {
   record.speed = speedByte(options.uint32For(keys::kSpeed));
   record.acceleration =
-      accelerationByte(options.get(keys::kAcceleration), options.boolFor(keys::kAccelerate));
+      accelerationByte(options.find(keys::kAcceleration), options.boolFor(keys::kAccelerate));
   record.axisFlags = axisFlags(options);
   record.invertWheel = options.boolFor(keys::kInvertWheel) ? 1 : 0;
   record.slowModifiers = modifierByte(options, keys::kSlow, keys::kSlowKeys);
