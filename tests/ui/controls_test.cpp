@@ -96,8 +96,7 @@ TEST_F(ControlsTest, TheMouseMovesTheSpeedSlider) {
   openWithOption("speed", 400);
   openRootTab(2);
   auto* slider = find<QSlider>("outPointerSliderSpeed");
-  QTest::mouseClick(slider, Qt::LeftButton, Qt::NoModifier,
-                    grooveNearRightEnd(*slider));
+  QTest::mouseClick(slider, Qt::LeftButton, Qt::NoModifier, grooveNearRightEnd(*slider));
   EXPECT_GT(options().int32For("speed"), 400);
   EXPECT_EQ(slider->value() % 5, 0);
 }
@@ -422,8 +421,8 @@ TEST_F(ControlsTest, TheWheelOverAnUnfocusedSliderScrollsThePageAndChangesNothin
   ASSERT_GT(page->verticalScrollBar()->maximum(), 0);
   page->verticalScrollBar()->setValue(0);
   const QPointF where = slider->rect().center();
-  QWheelEvent notch(where, slider->mapToGlobal(where), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
-                    Qt::NoScrollPhase, false);
+  QWheelEvent notch(where, slider->mapToGlobal(where), QPoint(), QPoint(0, -120), Qt::NoButton,
+                    Qt::NoModifier, Qt::NoScrollPhase, false);
   QSpontaneKeyEvent::setSpontaneous(&notch);
   qApp->notify(slider, &notch);
   EXPECT_EQ(slider->value(), 50);
