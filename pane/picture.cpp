@@ -64,18 +64,18 @@ Picture::~Picture() = default;
 Picture::Picture(Picture&&) noexcept = default;
 Picture& Picture::operator=(Picture&&) noexcept = default;
 
-Picture::Picture(const QString& folder, const QString& name) {
+Picture::Picture(const QString& folder, const QString& name, const PictureColors& colors) : fColors(colors) {
   QFile file(QDir(folder).filePath(name + QStringLiteral(".svg")));
   if (name.isEmpty() || !file.open(QIODevice::ReadOnly) || file.size() > kLargestFile) {
     return;
   }
-  const QByteArray source = file.readAll();
-  fRenderer = std::make_unique<QSvgRenderer>(source);
+  fSource = file.readAll();
+  fRenderer = std::make_unique<QSvgRenderer>(colors == PictureColors{} ? fSource : tinted(colors, {}));
   if (!fRenderer->isValid()) {
     fRenderer.reset();
+    fSource.clear();
     return;
   }
-  fSource = source;
   fSize = fRenderer->viewBoxF().size();
 }
 
@@ -93,19 +93,19 @@ QByteArray Picture::tinted(const PictureColors& colors, const QStringList& lit) 
   // One pass, so that a palette colour that happens to equal a stand-in is not replaced again.
   QByteArray result;
   result.reserve(text.size());
-  for (qsizetype at = 0; at < text.size();) {
+  qsizetype copied = 0;
+  for (qsizetype at = text.indexOf('#'); at >= 0; at = text.indexOf('#', at + 1)) {
     const QByteArrayView rest = QByteArrayView(text).sliced(at);
     const auto* role = std::find_if(kRoles.begin(), kRoles.end(), [&rest](const Role& candidate) {
       return rest.startsWith(candidate.first);
     });
-    if (role == kRoles.end()) {
-      result.append(text.at(at));
-      ++at;
-    } else {
+    if (role != kRoles.end()) {
+      result.append(QByteArrayView(text).sliced(copied, at - copied));
       result.append(colorName(colors.*(role->second)));
-      at += static_cast<qsizetype>(qstrlen(role->first));
+      copied = at + static_cast<qsizetype>(qstrlen(role->first));
     }
   }
+  result.append(QByteArrayView(text).sliced(copied));
   return result;
 }
 

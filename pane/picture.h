@@ -41,7 +41,8 @@ QString standardPictureFolder();
 class Picture {
  public:
   Picture();
-  Picture(const QString& folder, const QString& name);
+  // Drawn first in `colors`, it needs to be read only once.
+  Picture(const QString& folder, const QString& name, const PictureColors& colors = {});
   ~Picture();
   Picture(Picture&&) noexcept;
   Picture& operator=(Picture&&) noexcept;

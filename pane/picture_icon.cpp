@@ -15,7 +15,10 @@ constexpr int kLargestSide = 1024;
 class PictureIconEngine : public QIconEngine {
  public:
   PictureIconEngine(const QString& name, const QString& folder)
-      : fName(name), fFolder(folder), fPicture(folder.isEmpty() ? standardPictureFolder() : folder, name) {}
+      : fName(name),
+        fFolder(folder),
+        fPicture(folder.isEmpty() ? standardPictureFolder() : folder, name,
+                 PictureColors::fromPalette(QGuiApplication::palette())) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
     QRectF target(QPointF(), fPicture.size().scaled(rect.size(), Qt::KeepAspectRatio));

@@ -68,7 +68,9 @@ void PictureView::setLit(const QStringList& ids) {
 
 Picture& PictureView::loaded() const {
   if (!fLoaded) {
-    fPicture = Picture(fFolder.isEmpty() ? standardPictureFolder() : fFolder, fName);
+    fPicture = fName.isEmpty() ? Picture()
+                               : Picture(fFolder.isEmpty() ? standardPictureFolder() : fFolder, fName,
+                                         PictureColors::fromPalette(palette()));
     fLoaded = true;
   }
   return fPicture;

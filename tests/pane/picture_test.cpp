@@ -161,6 +161,21 @@ TEST(Picture, IsNullForABrokenFile) {
   EXPECT_TRUE(Picture(folder.path(), "broken").isNull());
 }
 
+TEST(Picture, ColoursThatItWasReadInAreReplacedByOthers) {
+  const QPalette light = test::lightPalette();
+  const QPalette dark = test::darkPalette();
+  Picture picture(pictureFolder(), "device_tab2", PictureColors::fromPalette(dark));
+  for (const QPalette& palette : {dark, light}) {
+    QImage image(picture.size().toSize(), QImage::Format_RGB32);
+    image.fill(palette.color(QPalette::Window));
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    picture.draw(painter, image.rect(), PictureColors::fromPalette(palette));
+    painter.end();
+    EXPECT_EQ(image, drawn("device_tab2", palette));
+  }
+}
+
 TEST(Picture, DoesNotTintATintedColourAgain) {
   PictureColors colors = PictureColors::fromPalette(test::lightPalette());
   // The stand-in of another role, as a palette may well contain it.
