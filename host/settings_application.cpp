@@ -20,7 +20,6 @@
 #include "host/color_scheme.h"
 #include "host/settings_window.h"
 #include "pane/pane_services.h"
-#include "pane/picture_icon.h"
 #include "platform/application_service.h"
 #include "platform/bundle.h"
 #include "platform/event_receiver.h"
@@ -116,7 +115,6 @@ int runSettingsApplication(int argc, char** argv, ApplicationService* service, c
   SettingsWindow window(bundle, standardPaneServices(bundle));
   window.open();
   const auto events = listenOnBus(service, &window);
-  QTimer::singleShot(0, &window, [&window] { window.setWindowIcon(pictureIcon("icon")); });
   const int status = QApplication::exec();
   window.leave();
   return status;

@@ -2,10 +2,12 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <utility>
 
+#include "pane/picture_icon.h"
 #include "pane/pref_pane.h"
 #include "platform/application_service.h"
 
@@ -25,8 +27,8 @@ SettingsWindow::SettingsWindow(Bundle bundle, PaneServices services)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(fPane->loadMainView());
   const int line = fontMetrics().height();
-  const QSize wanted = QSize(kWidthInLines * line, kHeightInLines * line).expandedTo(minimumSizeHint());
-  resize(wanted.boundedTo(screen()->availableSize()));
+  // The layout makes it larger when that does not suffice.
+  resize(QSize(kWidthInLines * line, kHeightInLines * line).boundedTo(screen()->availableSize()));
 }
 
 SettingsWindow::~SettingsWindow() = default;
@@ -58,6 +60,15 @@ void SettingsWindow::raiseFor(const Activation& activation) {
   show();
   raise();
   activateWindow();
+}
+
+// The icon is drawn when the page is on the screen already: nobody waits for it.
+void SettingsWindow::paintEvent(QPaintEvent* event) {
+  QWidget::paintEvent(event);
+  if (!fPainted) {
+    fPainted = true;
+    QTimer::singleShot(0, this, [this] { setWindowIcon(pictureIcon("icon")); });
+  }
 }
 
 void SettingsWindow::listen() {

@@ -30,12 +30,16 @@ class SettingsWindow : public QWidget {
   // Brings the window to the front.
   void raiseFor(const Activation& activation);
 
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
  private:
   void listen();
 
   HostNotifications fNotifications;
   std::unique_ptr<VeltrixPrefPane> fPane;
   bool fSelected = false;
+  bool fPainted = false;
 };
 
 }  // namespace veltrix

@@ -63,6 +63,14 @@ TEST_F(SettingsWindowTest, TheKeysBeginAtTheTabs) {
   EXPECT_NE(qobject_cast<QTabBar*>(QApplication::focusWidget()), nullptr);
 }
 
+TEST_F(SettingsWindowTest, TakesItsIconAfterTheFirstPaint) {
+  helperProcess = -600;
+  window = std::make_unique<SettingsWindow>(Bundle(home / "bundle"), makeServices());
+  window->open();
+  EXPECT_TRUE(window->windowIcon().isNull());
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !window->windowIcon().isNull(); }));
+}
+
 TEST_F(SettingsWindowTest, ComesBackFromTheTaskBarWhenItIsAskedFor) {
   openWindow();
   window->showMinimized();
