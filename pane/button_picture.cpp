@@ -68,7 +68,7 @@ void ButtonPicture::addCallout(int number, QWidget* control) {
     control->installEventFilter(this);
   }
   updateGeometry();
-  arrange();
+  arrangeIfShown();
 }
 
 QList<int> ButtonPicture::callouts() const {
@@ -154,6 +154,13 @@ void ButtonPicture::arrange() {
     }
   }
   update();
+}
+
+// Most pages are never looked at; theirs is done when they are.
+void ButtonPicture::arrangeIfShown() {
+  if (isVisible()) {
+    arrange();
+  }
 }
 
 QRect ButtonPicture::pictureArea() const {
@@ -296,11 +303,14 @@ bool ButtonPicture::event(QEvent* event) {
     case QEvent::Polish:
       adoptChildren();
       break;
+    case QEvent::Show:
+      arrange();
+      break;
     case QEvent::LayoutRequest:
     case QEvent::FontChange:
     case QEvent::StyleChange:
       updateGeometry();
-      arrange();
+      arrangeIfShown();
       break;
     default:
       break;

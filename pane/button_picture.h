@@ -62,6 +62,7 @@ class ButtonPicture : public PictureView {
   const Callout* find(int number) const;
   void adoptChildren();
   void arrange();
+  void arrangeIfShown();
   void updateLit();
   CalloutRequest request(const Callout& callout) const;
   QList<CalloutRequest> requests() const;

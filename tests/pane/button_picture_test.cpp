@@ -60,6 +60,17 @@ TEST_F(ButtonPictureTest, PutsEachControlBelowItsCaption) {
   EXPECT_TRUE(fPicture.controlRect(7).isEmpty());
 }
 
+TEST_F(ButtonPictureTest, PlacesWhatCameWhileItWasHidden) {
+  fill("device_tab2", {0, 1});
+  fPicture.hide();
+  fPicture.addCallout(2);
+  fPicture.show();
+  const QRect shown = fPicture.captionRect(2);
+  QEvent placeAgain(QEvent::LayoutRequest);
+  QCoreApplication::sendEvent(&fPicture, &placeAgain);
+  EXPECT_EQ(shown, fPicture.captionRect(2));
+}
+
 TEST_F(ButtonPictureTest, PutsLeftButtonsLeftAndChordsAboveOrBelow) {
   fill("device_tab3", {0, 1, 2, 3, 8, 9});
   const QRectF picture = fPicture.pictureRect();
