@@ -12,10 +12,12 @@ APPLICATION = "veltrix-settings"
 
 
 class Window:
-    def __init__(self, desktop, *options):
+    def __init__(self, desktop, *options, scale=1.0):
+        """`scale` is how many pixels of the screen the toolkit takes for one of its own."""
         self.desktop = desktop
+        self.scale = scale
         self.process = desktop.start_window(*options, stderr=subprocess.PIPE, text=True)
-        wait_until(lambda: self.shown(role="page tab", name="Help"), "the window")
+        wait_until(lambda: self.shown(role="page tab"), "the window")
 
     def everything(self):
         done = self.desktop.run(["/usr/bin/python3", "-B", ACCESSIBLE, APPLICATION])
@@ -36,7 +38,7 @@ class Window:
     def click(self, role, name, at=0.5):
         """Clicks with the mouse, `at` of the way from the left edge to the right one."""
         x, y, width, height = self.find(role, name)["box"]
-        self.xdotool("mousemove", x + int(width * at), y + height // 2, "click", 1)
+        self.xdotool("mousemove", int((x + width * at) * self.scale), int((y + height / 2) * self.scale), "click", 1)
 
     def open_page(self, name):
         """Clicks a tab until its page is in front: tabs move while trackballs come and go."""

@@ -173,10 +173,12 @@ class Desktop:
         return json.loads(done.stdout) if done.returncode == 0 else None
 
     def simulation(self, method, *arguments):
-        """Calls a method of the helper's simulation control with string arguments."""
+        """Calls a method of the helper's simulation control; arguments are texts and truth values."""
+        def typed(argument):
+            return f"boolean:{str(argument).lower()}" if isinstance(argument, bool) else f"string:{argument}"
         done = self.run(["dbus-send", "--session", "--print-reply", "--dest=com.aldmoor.VeltrixHelper",
                          "/com/aldmoor/VeltrixHelper", f"com.aldmoor.VeltrixHelper1.Simulation.{method}",
-                         *[f"string:{argument}" for argument in arguments]])
+                         *map(typed, arguments)])
         if done.returncode != 0:
             raise AssertionError(done.stderr)
 
