@@ -16,7 +16,7 @@ namespace {
 constexpr int kOneDeviceLines = 5;  // heights in lines of text
 constexpr int kDeviceCellLines = 3;
 constexpr int kNoDeviceLines = 7;
-constexpr int kDirectionLines = 7;
+constexpr int kDirectionLines = 9;
 constexpr std::int32_t kFirstDeviceTab = 2;
 constexpr std::int32_t kLastDeviceTab = 7;
 constexpr qreal kHeadingSize = 1.3;  // relative to the usual text
@@ -89,12 +89,16 @@ void finishSliders(Outlets* outlets) {
   outlets->pointer.curveAccel->setLargestFactor(positionToAcceleration(kLargestAccelerationPosition));
 }
 
-// The tab's own background shows through, and rows and columns keep a distance that grows with the font.
+// The tab's own background shows through, and margins, rows and columns keep a distance that grows with the
+// font.
 void finishPage(QScrollArea* page) {
+  const int line = page->fontMetrics().height();
   page->viewport()->setAutoFillBackground(false);
   page->widget()->setAutoFillBackground(false);
-  if (auto* grid = qobject_cast<QGridLayout*>(page->widget()->layout())) {
-    grid->setSpacing(page->fontMetrics().height() * 2 / 3);
+  QLayout* const rows = page->widget()->layout();
+  rows->setContentsMargins(line, line, line, line);
+  if (auto* grid = qobject_cast<QGridLayout*>(rows)) {
+    grid->setSpacing(line * 2 / 3);
   }
 }
 
