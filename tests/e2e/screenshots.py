@@ -66,7 +66,7 @@ def take(desktop, path, title="Veltrix"):
 
     wait_until(settled, f"{path} to come to rest")
     # Few colors are in them; a small file shows the same.
-    desktop.run(["convert", path, "-strip", "-colors", "255", "-define", "png:compression-level=9", f"PNG8:{path}"])
+    desktop.run(["convert", path, "-strip", "+dither", "-colors", "255", "-define", "png:compression-level=9", f"PNG8:{path}"])
     print(path, flush=True)
 
 
