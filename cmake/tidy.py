@@ -55,7 +55,7 @@ def main():
     root = pathlib.Path(__file__).resolve().parent.parent
     memory = build_dir / "tidy"
     memory.mkdir(exist_ok=True)
-    configuration = (root / ".clang-tidy").read_bytes()
+    configuration = b"".join((root / folder / ".clang-tidy").read_bytes() for folder in (".", "tests"))
     entries = list(own_sources(build_dir, root))
     bad = 0
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
