@@ -180,7 +180,7 @@ TEST_F(HelperCoreTest, RefusesWhatIsNoEventOfTheProtocol) {
   EXPECT_EQ(fCore.takeEvent({1, kGetConnectedDevicesEvent, {}}, &fReply), kEventNotHandled);
   EXPECT_EQ(send(fourCharCode("VXR2")), kEventNotHandled);
   EXPECT_EQ(take(kHelperMessageEvent), kEventParameterMissing);
-  for (const std::size_t size : {0, 3, 5}) {
+  for (const std::size_t size : {0U, 3U, 5U}) {
     EXPECT_EQ(take(kHelperMessageEvent,
                    EventParameter(kDirectObjectKeyword, kUnsigned32Type, std::vector<std::byte>(size))),
               kEventCoercionFailed);

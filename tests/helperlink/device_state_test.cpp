@@ -54,7 +54,7 @@ TEST_F(DeviceStateHandler, HandsOnSixteenBytes) {
 }
 
 TEST_F(DeviceStateHandler, SwallowsAnyOtherSize) {
-  for (const std::size_t size : {0, 1, 15, 17, 4228})
+  for (const std::size_t size : {0U, 1U, 15U, 17U, 4228U})
     EXPECT_EQ(VeltrixDeviceStateHandler(event(size)), 0) << size;
   EXPECT_TRUE(fSeen.empty());
 }
