@@ -17,8 +17,10 @@ TIDY = "clang-tidy-14"
 
 
 def own_sources(build_dir, root):
-    for entry in json.loads((build_dir / "compile_commands.json").read_text()):
-        path = pathlib.Path(entry["file"])
+    """One entry for each source: clang-tidy itself looks at every command that compiles it."""
+    entries = {entry["file"]: entry for entry in json.loads((build_dir / "compile_commands.json").read_text())}
+    for file, entry in entries.items():
+        path = pathlib.Path(file)
         if path.is_relative_to(root) and not path.is_relative_to(build_dir.parent):
             yield entry
 
