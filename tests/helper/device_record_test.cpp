@@ -54,8 +54,9 @@ TEST(DeviceRecord, ButtonsThatDeferTakeTheGlobalEntrysAction) {
                                 withButtons(entryOf(0, 0), dictionaryOf({{"02", clickOf(3, 0x0100)}}))});
   const DeviceRecord record = makeDeviceRecord(entries, deviceOf(0x2041));
   ASSERT_TRUE(record.record);
-  EXPECT_EQ(record.record->action[2].command, 3);
-  EXPECT_EQ(record.record->action[2].modifiers, 0x0100);
+  // The record is packed: its fields are read, not bound to a reference.
+  EXPECT_EQ(int{record.record->action[2].command}, 3);
+  EXPECT_EQ(int{record.record->action[2].modifiers}, 0x0100);
 }
 
 TEST(DeviceRecord, WithoutAFittingEntryThereIsNone) {
