@@ -7,7 +7,7 @@
 #include <QWindow>
 #include <utility>
 
-#include "pane/picture_icon.h"
+#include "widgets/picture_icon.h"
 #include "pane/pref_pane.h"
 #include "platform/application_service.h"
 

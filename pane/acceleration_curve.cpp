@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "driverlink/acceleration_gain.h"
-#include "pane/picture.h"
+#include "widgets/picture.h"
 
 namespace veltrix {
 namespace {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <string>
 
+#include "helperlink/device_buttons.h"
 #include "helperlink/device_kinds.h"
 #include "pane/controller.h"
 #include "pane/device_report.h"

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "helperlink/device_buttons.h"
 #include "pane/controller.h"
 #include "pane/outlets.h"
 

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QTabBar>
 
+#include "helperlink/device_buttons.h"
 #include "helperlink/device_kinds.h"
 #include "pane/page_tables.h"
 #include "pane/slider_positions.h"
@@ -17,8 +18,6 @@ constexpr int kOneDeviceLines = 5;  // heights in lines of text
 constexpr int kDeviceCellLines = 3;
 constexpr int kNoDeviceLines = 7;
 constexpr int kDirectionLines = 9;
-constexpr std::int32_t kFirstDeviceTab = 2;
-constexpr std::int32_t kLastDeviceTab = 7;
 constexpr qreal kHeadingSize = 1.3;  // relative to the usual text
 
 void makeHeading(QLabel* label) {
@@ -72,7 +71,7 @@ ButtonPicture* buttonPicture(const Outlets& outlets, std::int32_t deviceTab) {
 void finishButtonPages(Outlets* outlets) {
   makeHeading(outlets->buttons.labelNoDevice);
   setHeightInLines(outlets->buttons.pictureNoDevice, kNoDeviceLines);
-  for (std::int32_t deviceTab = kFirstDeviceTab; deviceTab <= kLastDeviceTab; ++deviceTab) {
+  for (std::int32_t deviceTab = kFirstModelTab; deviceTab <= kLastModelTab; ++deviceTab) {
     for (const std::int32_t number : buttonNumbers(deviceTab)) {
       buttonPicture(*outlets, deviceTab)->addCallout(number);
     }

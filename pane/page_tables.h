@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 
 // Which pages and tabs the window shows. A device tab is 1 without a trackball (or without settings that fit
 // it), 2 to 7 for the models; anything else is treated as 1 unless stated.
@@ -28,15 +27,5 @@ int restoreAreaPage(std::int32_t deviceTab, int selectedTabIndex, int tabCount);
 
 // The page of the device strip: 1 with more than one kind present, else 0.
 int deviceIconsPage(int presentKinds);
-
-// The numbers of a model's buttons (0 to 3) and chords (8, 9), in the order in which they are shown; empty
-// for a device tab without buttons.
-std::span<const std::int32_t> buttonNumbers(std::int32_t deviceTab);
-
-// The place of a button among buttonNumbers, 0 when it has none.
-std::int32_t buttonPosition(std::int32_t deviceTab, std::int32_t button);
-
-// The base name of the picture of a model; that of no particular model for a device tab without one.
-const char* devicePicture(std::int32_t deviceTab);
 
 }  // namespace veltrix

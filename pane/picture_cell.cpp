@@ -6,7 +6,7 @@
 #include <QPainterPath>
 #include <QVBoxLayout>
 
-#include "pane/picture_view.h"
+#include "widgets/picture_view.h"
 
 namespace veltrix {
 namespace {

@@ -6,9 +6,6 @@
 
 namespace veltrix {
 
-// The string table in which the pane's texts are.
-inline constexpr const char* kStringTable = "Localizable";
-
 // Gives the texts of interface files their translations out of the bundle's string table. The bundle must
 // outlive it.
 class TableTranslator : public QTranslator {

@@ -10,6 +10,9 @@ namespace veltrix {
 
 class StringTables;
 
+// The string table that holds every text of the programs.
+inline constexpr const char* kStringTable = "Localizable";
+
 // The folder that carries a program's resources: property lists, localised texts, the helper application.
 // Copies share what has been read. Looking up texts is thread-safe.
 class Bundle {

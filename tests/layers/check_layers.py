@@ -12,7 +12,7 @@ import subprocess
 import sys
 
 EVERYTHING = "everything"
-QT_FOLDERS = {"pane", "host", "tests", "bench"}
+QT_FOLDERS = {"widgets", "pane", "host", "tests", "bench"}
 PROGRAMS_WITHOUT_QT = ("VeltrixHelper", "veltrixctl")
 ROW = re.compile(r"^\| `(?P<folder>[a-z]+)/` \|.*\| (?P<uses>[^|]*) \|$")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"(?P<own>[^"]+)"|<(?P<system>[^>]+)>)', re.MULTILINE)

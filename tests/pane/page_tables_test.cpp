@@ -3,20 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <set>
-#include <string>
 #include <vector>
 
 namespace veltrix {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
-
-std::vector<std::int32_t> numbers(std::int32_t deviceTab) {
-  const auto found = buttonNumbers(deviceTab);
-  return {found.begin(), found.end()};
-}
 
 TEST(PageTables, EveryModelHasItsDirectionPage) {
   std::vector<int> pages;
@@ -69,38 +61,6 @@ TEST(PageTables, TheStripIsForMoreThanOneKind) {
   EXPECT_EQ(deviceIconsPage(1), 0);
   EXPECT_EQ(deviceIconsPage(2), 1);
   EXPECT_EQ(deviceIconsPage(5), 1);
-}
-
-TEST(PageTables, EveryModelHasItsButtonsInOrder) {
-  EXPECT_THAT(numbers(2), ElementsAre(0, 1, 2, 3, 8, 9));
-  EXPECT_THAT(numbers(3), ElementsAre(0, 1, 2, 3, 8, 9));
-  EXPECT_THAT(numbers(4), ElementsAre(0, 1, 2, 3));
-  EXPECT_THAT(numbers(5), ElementsAre(0, 1, 8));
-  EXPECT_THAT(numbers(6), ElementsAre(0, 1, 8));
-  EXPECT_THAT(numbers(7), ElementsAre(0, 1, 8));
-  EXPECT_THAT(numbers(1), IsEmpty());
-  EXPECT_THAT(numbers(8), IsEmpty());
-}
-
-TEST(PageTables, AChordIsFoundBehindTheButtonsAndAnUnknownOneIsFirst) {
-  EXPECT_EQ(buttonPosition(5, 8), 2);
-  EXPECT_EQ(buttonPosition(5, 9), 0);
-  EXPECT_EQ(buttonPosition(2, 9), 5);
-}
-
-TEST(PageTables, WithoutADeviceEveryButtonIsFirst) {
-  for (const std::int32_t button : {0, 1, 2, 3, 8, 9, 12}) {
-    EXPECT_EQ(buttonPosition(1, button), 0);
-  }
-}
-
-TEST(PageTables, EveryModelHasAPictureOfItsOwn) {
-  std::set<std::string> pictures;
-  for (std::int32_t deviceTab = 1; deviceTab <= 7; ++deviceTab) {
-    pictures.insert(devicePicture(deviceTab));
-  }
-  EXPECT_EQ(pictures.size(), 7U);
-  EXPECT_STREQ(devicePicture(99), devicePicture(1));
 }
 
 }  // namespace

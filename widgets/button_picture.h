@@ -5,8 +5,8 @@
 #include <QPainterPath>
 #include <QPointer>
 
-#include "pane/callout_layout.h"
-#include "pane/picture_view.h"
+#include "widgets/callout_layout.h"
+#include "widgets/picture_view.h"
 
 namespace veltrix {
 

@@ -1,11 +1,11 @@
-#include "pane/picture_icon.h"
+#include "widgets/picture_icon.h"
 
 #include <QGuiApplication>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
 
-#include "pane/picture.h"
+#include "widgets/picture.h"
 
 namespace veltrix {
 namespace {

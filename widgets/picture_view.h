@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QWidget>
 
-#include "pane/picture.h"
+#include "widgets/picture.h"
 
 namespace veltrix {
 

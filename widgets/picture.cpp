@@ -1,4 +1,4 @@
-#include "pane/picture.h"
+#include "widgets/picture.h"
 
 #include <QDir>
 #include <QFile>

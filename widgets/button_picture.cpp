@@ -1,4 +1,4 @@
-#include "pane/button_picture.h"
+#include "widgets/button_picture.h"
 
 #include <QComboBox>
 #include <QEvent>

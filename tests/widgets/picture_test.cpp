@@ -1,4 +1,4 @@
-#include "pane/picture.h"
+#include "widgets/picture.h"
 
 #include <gmock/gmock.h>
 

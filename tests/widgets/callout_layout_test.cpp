@@ -1,4 +1,4 @@
-#include "pane/callout_layout.h"
+#include "widgets/callout_layout.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,4 +1,4 @@
-#include "pane/picture_view.h"
+#include "widgets/picture_view.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>

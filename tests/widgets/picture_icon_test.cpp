@@ -1,4 +1,4 @@
-#include "pane/picture_icon.h"
+#include "widgets/picture_icon.h"
 
 #include <gtest/gtest.h>
 
