@@ -5,10 +5,10 @@
 #include <cstdint>
 
 #include "helperlink/device_list.h"
-#include "pane/modifier_keys.h"
 #include "pane/page_tables.h"
 #include "pane/pane_services.h"
 #include "platform/property_list.h"
+#include "settings/modifier_keys.h"
 #include "settings/settings_store.h"
 
 class QAbstractButton;

@@ -1,4 +1,4 @@
-#include "pane/modifier_keys.h"
+#include "settings/modifier_keys.h"
 
 #include <gtest/gtest.h>
 
