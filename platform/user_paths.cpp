@@ -48,4 +48,13 @@ std::string configDirectory() {
   return home == "/" ? "/.config" : home + "/.config";
 }
 
+std::string abbreviatedPath(const std::string& path) {
+  const std::string home = homeDirectory();
+  const bool atHome = !home.empty() && home != "/" && path.starts_with(home);
+  if (!atHome || (path.size() > home.size() && path[home.size()] != '/')) {
+    return path;
+  }
+  return "~" + path.substr(home.size());
+}
+
 }  // namespace veltrix

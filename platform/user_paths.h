@@ -12,4 +12,7 @@ std::string homeDirectory();
 // without a home folder.
 std::string configDirectory();
 
+// The path with "~" in place of the user's home folder; any other path as it is.
+std::string abbreviatedPath(const std::string& path);
+
 }  // namespace veltrix

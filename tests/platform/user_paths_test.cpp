@@ -48,5 +48,24 @@ TEST(ConfigDirectory, LiesInTheHomeFolderOtherwise) {
   }
 }
 
+TEST(AbbreviatedPath, StartsWithATildeInTheHomeFolder) {
+  const ScopedEnvironment home("HOME", "/home/anna/");
+  EXPECT_EQ(abbreviatedPath("/home/anna/notes.txt"), "~/notes.txt");
+  EXPECT_EQ(abbreviatedPath("/home/anna"), "~");
+  EXPECT_EQ(abbreviatedPath("/home/anna/"), "~/");
+}
+
+TEST(AbbreviatedPath, LeavesPathsOutsideTheHomeFolderAlone) {
+  const ScopedEnvironment home("HOME", "/home/anna");
+  for (const char* path : {"/home/annabel/notes.txt", "/home", "/etc/home/anna", "home/anna", ""}) {
+    EXPECT_EQ(abbreviatedPath(path), path);
+  }
+}
+
+TEST(AbbreviatedPath, RootAsHomeFolderShortensNothing) {
+  const ScopedEnvironment home("HOME", "/");
+  EXPECT_EQ(abbreviatedPath("/etc/hosts"), "/etc/hosts");
+}
+
 }  // namespace
 }  // namespace veltrix
