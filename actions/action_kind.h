@@ -21,6 +21,7 @@ enum class ActionKind : std::int32_t {
 
 inline constexpr int kActionKindCount = 9;
 
+// By the low 16 bits of the number.
 ActionKind actionKind(std::int32_t command);
 
 }  // namespace veltrix
