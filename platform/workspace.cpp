@@ -1,132 +1,88 @@
 #include "platform/workspace.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <array>
 #include <cerrno>
+#include <filesystem>
+#include <system_error>
+#include <thread>
 
 #include "platform/application_folder.h"
-#include "util/file_descriptor.h"
+#include "platform/detached_program.h"
+#include "platform/file_manager.h"
+#include "util/path_text.h"
 #include "util/system_error.h"
 
 namespace veltrix {
 
 namespace {
 
-constexpr int kFirstFreeDescriptor = 3;  // behind the three standard ones
-constexpr int kExecFailed = 127;
+namespace fs = std::filesystem;
 
-// Moves a new descriptor out of the way of standard input, output and errors, which this process may lack.
-FileDescriptor awayFromStandard(FileDescriptor file) {
-  if (!file || file.get() >= kFirstFreeDescriptor) {
-    return file;
+constexpr const char* kOpener = "xdg-open";  // knows what each desktop opens things with
+
+Status openByDesktop(const std::string& what) {
+  const std::string opener = programInPath(kOpener);
+  if (opener.empty()) {
+    return systemError(ENOENT, "cannot find", kOpener);
   }
-  return FileDescriptor(fcntl(file.get(), F_DUPFD_CLOEXEC, kFirstFreeDescriptor));
+  return startDetached({opener, what});
 }
 
-// Everything below runs between fork and exec of a process with threads: only calls that a signal handler
-// may make.
-
-void giveStandardSignals() {
-  struct sigaction standard = {};
-  standard.sa_handler = SIG_DFL;
-  for (int number = 1; number < NSIG; ++number) {
-    sigaction(number, &standard, nullptr);  // fails for the few that cannot be changed
-  }
-  sigset_t none;
-  sigemptyset(&none);
-  sigprocmask(SIG_SETMASK, &none, nullptr);
+bool isLetter(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
 }
 
-[[noreturn]] void reportAndExit(int report) {
-  const int code = errno;
-  [[maybe_unused]] const ssize_t written = write(report, &code, sizeof code);
-  _exit(kExecFailed);
+// Whether a scheme comes first; without one the text could be a file, or an option of the opener.
+bool isUrl(std::string_view text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string_view::npos || colon == 0 || !isLetter(text.front())) {
+    return false;
+  }
+  for (const char character : text.substr(0, colon)) {
+    const bool digit = character >= '0' && character <= '9';
+    if (!isLetter(character) && !digit && std::string_view("+-.").find(character) == std::string_view::npos) {
+      return false;
+    }
+  }
+  return true;
 }
 
-[[noreturn]] void becomeProgram(const char* program, int input, int report) {
-  giveStandardSignals();
-  if (dup2(input, STDIN_FILENO) < 0) {
-    reportAndExit(report);
+void showOrOpenFolder(const std::string& path) {
+  if (!showInFileManager(path)) {
+    static_cast<void>(openByDesktop(fs::path(path).parent_path().string()));
   }
-  // What this process has open must not live on with a program that outlives it.
-  close_range(kFirstFreeDescriptor, ~0U, CLOSE_RANGE_CLOEXEC);
-  const std::array<const char*, 2> arguments = {program, nullptr};
-  execv(program, const_cast<char* const*>(arguments.data()));
-  reportAndExit(report);
-}
-
-// The process in between ends at once, so that the program becomes nobody's child here.
-[[noreturn]] void startAndExit(const char* program, int input, int report) {
-  setsid();
-  const pid_t pid = fork();
-  if (pid < 0) {
-    reportAndExit(report);
-  }
-  if (pid == 0) {
-    becomeProgram(program, input, report);
-  }
-  _exit(0);
-}
-
-// Forks with all signals blocked: a handler of this process must not run in the child.
-pid_t forkWithoutSignals() {
-  sigset_t all;
-  sigset_t old;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &old);
-  const pid_t pid = fork();
-  if (pid != 0) {
-    const int code = errno;
-    pthread_sigmask(SIG_SETMASK, &old, nullptr);
-    errno = code;
-  }
-  return pid;
-}
-
-void collect(pid_t pid) {
-  while (waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-  }
-}
-
-// 0 when the program was executed: its end of the pipe then closed without a word.
-int readReport(const FileDescriptor& report) {
-  int code = 0;
-  ssize_t count = 0;
-  do {
-    count = read(report.get(), &code, sizeof code);
-  } while (count < 0 && errno == EINTR);
-  return count == static_cast<ssize_t>(sizeof code) ? code : 0;
 }
 
 }  // namespace
 
 Status launchApplication(const std::string& path) {
-  const std::string program = programOfApplication(path);
-  const FileDescriptor input = awayFromStandard(FileDescriptor(open("/dev/null", O_RDONLY | O_CLOEXEC)));
-  std::array<int, 2> ends = {};
-  if (!input || pipe2(ends.data(), O_CLOEXEC) != 0) {
-    return systemError(errno, "cannot start", program);
+  return startDetached({programOfApplication(path)});
+}
+
+Status openFile(const std::string& path) {
+  if (path.empty() || path.front() != '/') {
+    return systemError(EINVAL, "cannot open", path);
   }
-  FileDescriptor report = awayFromStandard(FileDescriptor(ends[0]));
-  FileDescriptor childsReport = awayFromStandard(FileDescriptor(ends[1]));
-  if (!report || !childsReport) {
-    return systemError(errno, "cannot start", program);
+  std::error_code error;
+  const fs::path plain = withoutFinalSlashes(path);
+  if (!fs::exists(plain, error)) {
+    return systemError(error ? error.value() : ENOENT, "cannot open", path);
   }
-  const pid_t pid = forkWithoutSignals();
-  if (pid < 0) {
-    return systemError(errno, "cannot start", program);
+  const bool isApplication = plain.extension() == ".app" && fs::is_directory(plain, error);
+  return isApplication ? launchApplication(plain.string()) : openByDesktop(plain.string());
+}
+
+Status openUrl(const std::string& url) {
+  return isUrl(url) ? openByDesktop(url) : systemError(EINVAL, "cannot open", url);
+}
+
+Status selectFile(const std::string& path) {
+  if (path.empty() || path.front() != '/') {
+    return systemError(EINVAL, "cannot show", path);
   }
-  if (pid == 0) {
-    startAndExit(program.c_str(), input.get(), childsReport.get());
-  }
-  childsReport.reset();
-  collect(pid);
-  if (const int code = readReport(report); code != 0) {
-    return systemError(code, "cannot start", program);
+  try {
+    std::thread(showOrOpenFolder, path).detach();
+  } catch (const std::system_error& error) {
+    return systemError(error.code().value(), "cannot show", path);
   }
   return Done();
 }
