@@ -8,6 +8,7 @@ inline constexpr const char* kVersion = "version";
 inline constexpr const char* kDevices = "devices";
 inline constexpr const char* kSnippets = "snippets";
 inline constexpr const char* kParamUi = "paramUI";
+inline constexpr const char* kSupport = "support";  // only in a report, never in the settings file
 
 // A device entry.
 inline constexpr const char* kDictVersion = "dict version";
