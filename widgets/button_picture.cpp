@@ -43,6 +43,11 @@ QString calloutCaption(int number) {
   return ButtonPicture::tr("Button %1").arg(first + 1);
 }
 
+QStringList buttonElements(int number) {
+  const auto [first, second] = buttonsOf(number);
+  return first == second ? QStringList{buttonId(first)} : QStringList{buttonId(first), buttonId(second)};
+}
+
 ButtonPicture::ButtonPicture(QWidget* parent) : PictureView(parent) {}
 
 void ButtonPicture::addCallout(int number, QWidget* control) {
@@ -289,8 +294,7 @@ void ButtonPicture::updateLit() {
     callout.lit = callout.control != nullptr && callout.control->isEnabled() &&
                   (callout.control->hasFocus() || callout.control->underMouse());
     if (callout.lit) {
-      const auto [first, second] = buttonsOf(callout.number);
-      ids << buttonId(first) << buttonId(second);
+      ids << buttonElements(callout.number);
     }
   }
   ids.removeDuplicates();

@@ -13,6 +13,9 @@ namespace veltrix {
 // The caption of a button (0 to 3) or a chord (8: buttons 0 and 1, 9: buttons 2 and 3); people count from 1.
 QString calloutCaption(int number);
 
+// The ids of the elements that show a button or the two buttons of a chord in a picture.
+QStringList buttonElements(int number);
+
 // A trackball's picture with a callout for each button and chord: a numbered disc or bracket in the picture,
 // a leader line, a caption, and a control below the caption. The control that has the focus or the mouse
 // lights its buttons up.

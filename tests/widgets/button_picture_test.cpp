@@ -49,6 +49,12 @@ TEST_F(ButtonPictureTest, CountsButtonsFromOneInCaptions) {
   EXPECT_EQ(calloutCaption(9), "Buttons 3 and 4 together");
 }
 
+TEST_F(ButtonPictureTest, NamesOneElementForAButtonAndTwoForAChord) {
+  EXPECT_EQ(buttonElements(2), QStringList{"button2"});
+  EXPECT_EQ(buttonElements(8), (QStringList{"button0", "button1"}));
+  EXPECT_EQ(buttonElements(9), (QStringList{"button2", "button3"}));
+}
+
 TEST_F(ButtonPictureTest, PutsEachControlBelowItsCaption) {
   fill("device_tab2", {0, 1, 2, 3, 8, 9});
   EXPECT_EQ(fPicture.callouts(), (QList<int>{0, 1, 2, 3, 8, 9}));
