@@ -10,6 +10,8 @@ using ::testing::EndsWith;
 using testing::entryOf;
 using ::testing::HasSubstr;
 using testing::readFile;
+using testing::readPlist;
+using testing::writePlist;
 
 // The commands over the rules: match, find, record, merge, convert.
 class CtlRules : public testing::CtlTest {

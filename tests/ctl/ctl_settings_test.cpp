@@ -14,8 +14,10 @@ using ::testing::EndsWith;
 using testing::entryOf;
 using ::testing::HasSubstr;
 using testing::readFile;
+using testing::readPlist;
 using ::testing::StartsWith;
 using testing::writeFile;
+using testing::writePlist;
 
 class CtlSettings : public testing::CtlTest {
  protected:

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/property_list_io.h"
 #include "tests/support/program_run.h"
+#include "tests/support/property_list_files.h"
 #include "tests/support/settings_documents.h"
 #include "tests/support/temporary_folder.h"
 
@@ -42,15 +42,6 @@ class CtlTest : public ::testing::Test {
     auto parsed = nlohmann::json::parse(run.output, nullptr, false);
     EXPECT_FALSE(parsed.is_discarded()) << run.output << run.errors;
     return parsed;
-  }
-
-  static void writePlist(const std::string& path, const plist::Dictionary& document) {
-    writeFile(path, plist::writeXml(document).value());
-  }
-
-  static plist::Dictionary readPlist(const std::string& path) {
-    const auto document = plist::readFile(path);
-    return document ? document.value().root.asDictionary() : plist::Dictionary();
   }
 
   TemporaryFolder fFolder;

@@ -22,9 +22,11 @@ using ::testing::IsEmpty;
 using testing::namesIn;
 using testing::OpenStore;
 using testing::readFile;
+using testing::readPlist;
 using testing::ScopedFileCalls;
 using testing::ScopedOrdinaryUser;
 using testing::writeFile;
+using testing::writePlist;
 
 FileCalls callsThatFindTheDiskFull() {
   FileCalls calls;

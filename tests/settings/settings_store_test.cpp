@@ -16,6 +16,8 @@ using ::testing::ElementsAre;
 using testing::entryOf;
 using ::testing::IsEmpty;
 using testing::OpenStore;
+using testing::readPlist;
+using testing::writePlist;
 
 class SettingsStoreTest : public testing::StoreTest {
  protected:

@@ -12,18 +12,12 @@
 #include <utility>
 
 #include "helperlink/device_kinds.h"
-#include "platform/property_list_io.h"
+#include "tests/support/property_list_files.h"
 
 namespace veltrix::testing {
 namespace {
 
 constexpr const char* kUserFile = "Library/Preferences/com.aldmoor.veltrix.settings.plist";
-
-void writeDocument(const std::string& path, const plist::Dictionary& document) {
-  const auto text = plist::writeXml(document);
-  ASSERT_TRUE(text.ok());
-  writeFile(path, text.value());
-}
 
 std::string nameOf(std::uint32_t message) {
   std::string name;
@@ -96,19 +90,18 @@ PaneTest::~PaneTest() {
 }
 
 void PaneTest::writeDefaults(const plist::Dictionary& document) {
-  writeDocument(home / "bundle/DefaultSettings.plist", document);
+  writePlist(home / "bundle/DefaultSettings.plist", document);
   plist::Dictionary info = plist::Dictionary::create();
   info.set("CFBundleVersion", "4.5.6");
-  writeDocument(home / "bundle/Info.plist", info);
+  writePlist(home / "bundle/Info.plist", info);
 }
 
 void PaneTest::writeUserFile(const plist::Dictionary& document) {
-  writeDocument(home / kUserFile, document);
+  writePlist(home / kUserFile, document);
 }
 
 plist::Dictionary PaneTest::userFile() const {
-  const auto document = plist::readFile(home / kUserFile);
-  return document ? document.value().root.asDictionary() : plist::Dictionary();
+  return readPlist(home / kUserFile);
 }
 
 plist::Dictionary PaneTest::userEntry(std::uint16_t productId, std::size_t which) const {

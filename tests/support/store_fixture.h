@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/property_list_io.h"
 #include "settings/settings_store.h"
+#include "tests/support/property_list_files.h"
 #include "tests/support/settings_documents.h"
 #include "tests/support/temporary_folder.h"
 
@@ -33,15 +33,6 @@ class StoreTest : public ::testing::Test {
               fMessages.push_back(message);
               return 0;
             }};
-  }
-
-  static void writePlist(const std::string& path, const plist::Dictionary& document) {
-    writeFile(path, plist::writeXml(document).value());
-  }
-
-  static plist::Dictionary readPlist(const std::string& path) {
-    const auto document = plist::readFile(path);
-    return document ? document.value().root.asDictionary() : plist::Dictionary();
   }
 
   TemporaryFolder fFolder;
