@@ -21,5 +21,6 @@ void addFindCommand(CLI::App& app, Context& context);
 void addRecordCommand(CLI::App& app, Context& context);
 void addMergeCommand(CLI::App& app, Context& context);
 void addConvertCommand(CLI::App& app, Context& context);
+void addInformationCommand(CLI::App& app, Context& context);
 
 }  // namespace veltrix::ctl

@@ -4,12 +4,11 @@
 #include <span>
 
 #include "ctl/commands.h"
+#include "ctl/connected_devices.h"
 #include "ctl/hex_ids.h"
 #include "ctl/outcome.h"
 #include "ctl/plist_json.h"
 #include "helperlink/device_kinds.h"
-#include "helperlink/helper_messaging.h"
-#include "platform/typed_events.h"
 
 namespace veltrix::ctl {
 namespace {
@@ -48,27 +47,14 @@ std::string lineOf(const VeltrixDeviceEntry& device) {
          nameIn(device.productName) + "\"\n";
 }
 
-std::string reasonOf(std::int32_t status) {
-  switch (status) {
-    case kEventNoSuchProcess:
-      return "VeltrixHelper is not running";
-    case kEventTimedOut:
-      return "VeltrixHelper did not answer in time";
-    case kEventConnectionInvalid:
-      return "there is no session bus, or VeltrixHelper ended before it answered";
-    default:
-      return "VeltrixHelper could not be asked (status " + std::to_string(status) + ")";
-  }
-}
-
 int run(const Context& context) {
-  VeltrixDeviceList list{};
-  if (const auto status = VeltrixGetConnectedDevices(&list); status != 0) {
-    return fail(kNotFound, reasonOf(status));
+  const auto list = connectedDevices();
+  if (!list) {
+    return fail(kNotFound, list.error().message);
   }
   Json json = Json::array();
   std::string text;
-  for (const auto& device : std::span(list.device, VeltrixDeviceCount(list))) {
+  for (const auto& device : std::span(list.value().device, VeltrixDeviceCount(list.value()))) {
     json.push_back(jsonOfDevice(device));
     text += lineOf(device);
   }

@@ -7,6 +7,8 @@
 
 #include "ctl/outcome.h"
 #include "platform/atomic_file.h"
+#include "platform/bundle.h"
+#include "settings/settings_merge.h"
 #include "settings/settings_store.h"
 
 namespace veltrix::ctl {
@@ -25,6 +27,12 @@ std::string placeOf(const std::string& path, std::size_t offset) {
     return byte;
   }
   return "line " + std::to_string(1 + std::count(before.begin(), before.end(), '\n')) + " (" + byte + ")";
+}
+
+// Null when the bundle has none.
+plist::Dictionary readFactorySettings() {
+  const auto document = plist::readFile(Bundle::standard().pathForResource("DefaultSettings", "plist"));
+  return document ? document.value().root.asDictionary() : plist::Dictionary();
 }
 
 }  // namespace
@@ -53,6 +61,36 @@ DocumentFile readSettings(const std::string& path) {
     file.exitCode = fail(kBadInput, chosen + ": is a property list, but its root is no dictionary");
   }
   return file;
+}
+
+DocumentFile readCurrentSettings(const std::string& consequence) {
+  const std::string path = settingsFilePath();
+  const auto current = plist::readFile(path);
+  if (path.empty() || current || current.error().code != ENOENT) {
+    auto file = readSettings({});
+    if (file.document && !isUsableDocument(file.root())) {
+      file.document.reset();
+      file.exitCode =
+          fail(kBadInput,
+               path + ": \"version\" must be above 1 and \"devices\" must not be empty; " + consequence);
+    }
+    if (file.document) {
+      addFactorySettings(file.root());
+    }
+    return file;
+  }
+  const auto factory = readFactorySettings();
+  if (!factory) {
+    return {path, std::nullopt,
+            fail(kNotFound, path + ": there are no settings and no factory settings to begin with")};
+  }
+  return {path, plist::Document{factory, plist::Format::kXml}, kDone};
+}
+
+void addFactorySettings(const plist::Dictionary& document) {
+  if (const auto factory = readFactorySettings()) {
+    mergeFactorySettings(document, factory);
+  }
 }
 
 int writeOutput(const std::string& path, const Result<std::string>& bytes) {

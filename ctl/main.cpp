@@ -30,6 +30,7 @@ int run(int argc, char** argv) {
   addRecordCommand(app, context);
   addMergeCommand(app, context);
   addConvertCommand(app, context);
+  addInformationCommand(app, context);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -4,9 +4,13 @@
 
 namespace veltrix::ctl {
 
-int fail(int code, const std::string& message) {
+void note(const std::string& message) {
   std::cout.flush();
   std::cerr << "veltrixctl: " << message << '\n';
+}
+
+int fail(int code, const std::string& message) {
+  note(message);
   return code;
 }
 

@@ -12,6 +12,8 @@ void addSettingsCommands(CLI::App& app, Context& context) {
   addSettingsReadingCommands(*settings, context);
   addSettingsCheckCommand(*settings, context);
   addSettingsChangingCommands(*settings, context);
+  addSettingsExportCommand(*settings, context);
+  addSettingsImportCommand(*settings, context);
 }
 
 }  // namespace veltrix::ctl

@@ -1,11 +1,8 @@
 #include "ctl/terminal_store.h"
 
-#include <cerrno>
-
 #include "ctl/document_file.h"
 #include "ctl/outcome.h"
 #include "platform/bundle.h"
-#include "settings/settings_merge.h"
 
 namespace veltrix::ctl {
 
@@ -15,26 +12,16 @@ TerminalStore::TerminalStore()
       fPath(settingsFilePath()) {}
 
 int TerminalStore::open() {
-  if (fPath.empty()) {
-    return fail(kNotFound, "there is no home folder to keep the settings in");
+  const auto current = readCurrentSettings("nothing was changed");
+  if (!current.document) {
+    return current.exitCode;
   }
-  const auto current = plist::readFile(fPath);
-  const bool isMissing = !current && current.error().code == ENOENT;
-  if (!isMissing) {
-    const auto file = readSettings(fPath);
-    if (!file.document) {
-      return file.exitCode;
-    }
-    if (!isUsableDocument(file.root())) {
-      return fail(kBadInput, fPath +
-                                 ": \"version\" must be above 1 and \"devices\" must not be empty; "
-                                 "nothing was changed");
-    }
-  }
-  if (!loadDocument()) {
-    return fail(kNotFound, fPath + ": there are no settings and no factory settings to begin with");
-  }
-  return kDone;
+  return loadDocument() ? kDone : fail(kNotFound, fPath + ": could not be read again; nothing was changed");
+}
+
+int TerminalStore::saveInstead(const plist::Dictionary& document) {
+  fPrefsDict = document;
+  return save();
 }
 
 int TerminalStore::save() {

@@ -17,6 +17,9 @@ class TerminalStore : public SettingsStore {
   plist::Dictionary document() const { return fPrefsDict; }
   const std::string& path() const { return fPath; }
 
+  // Makes `document` the user's settings, saves it and tells the helper. 0, or the exit code to end with.
+  int saveInstead(const plist::Dictionary& document);
+
   // Saves the document and tells the helper. 0, or the exit code to end with.
   int save();
 

@@ -74,6 +74,15 @@ std::string valueText(const Value& value) {
   }
 }
 
+std::string quotedValueText(const Value& value) {
+  if (value.type() != Type::kString) {
+    return valueText(value);
+  }
+  std::string text = jsonText(jsonOf(value));
+  text.pop_back();  // the line's end
+  return text;
+}
+
 std::string valueLines(const Value& value, const std::string& prefix) {
   const std::string below = prefix.empty() ? "" : prefix + "/";
   std::string lines;
@@ -86,8 +95,7 @@ std::string valueLines(const Value& value, const std::string& prefix) {
       lines += valueLines(array.at(i), below + std::to_string(i));
     }
   } else {
-    const bool isText = value.type() == Type::kString;
-    lines = prefix + " = " + (isText ? jsonText(jsonOf(value)) : valueText(value) + "\n");
+    lines = prefix + " = " + quotedValueText(value) + "\n";
   }
   return lines;
 }

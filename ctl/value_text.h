@@ -11,6 +11,9 @@ namespace veltrix::ctl {
 // A scalar as a person writes it: true, 400, 0.74, a text as it is; containers as JSON on one line.
 std::string valueText(const plist::Value& value);
 
+// The same with texts in quotes, on one line.
+std::string quotedValueText(const plist::Value& value);
+
 // One line "PATH = VALUE" for each scalar in `value`, with paths that begin with `prefix`; texts in quotes.
 std::string valueLines(const plist::Value& value, const std::string& prefix);
 
