@@ -1,5 +1,10 @@
 #include "platform/desktop_entry.h"
 
+#include <map>
+#include <utility>
+
+#include "platform/desktop_entry_values.h"
+
 namespace veltrix {
 
 namespace {
@@ -14,64 +19,6 @@ std::string_view trimmed(std::string_view text) {
     return {};
   }
   return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-// Values of type string write some characters as a backslash and a letter.
-std::string unescaped(std::string_view value) {
-  std::string text;
-  for (std::size_t i = 0; i < value.size(); ++i) {
-    if (value[i] != '\\' || i + 1 == value.size()) {
-      text += value[i];
-      continue;
-    }
-    switch (value[++i]) {
-      case 's':
-        text += ' ';
-        break;
-      case 'n':
-        text += '\n';
-        break;
-      case 't':
-        text += '\t';
-        break;
-      case 'r':
-        text += '\r';
-        break;
-      case '\\':
-        text += '\\';
-        break;
-      default:
-        text += '\\';
-        text += value[i];
-    }
-  }
-  return text;
-}
-
-std::string escaped(std::string_view text) {
-  std::string value;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    switch (text[i]) {
-      case '\\':
-        value += "\\\\";
-        break;
-      case '\n':
-        value += "\\n";
-        break;
-      case '\t':
-        value += "\\t";
-        break;
-      case '\r':
-        value += "\\r";
-        break;
-      case ' ':
-        value += i == 0 || i + 1 == text.size() ? "\\s" : " ";  // readers trim blanks at the ends
-        break;
-      default:
-        value += text[i];
-    }
-  }
-  return value;
 }
 
 // Splits the text of Exec into its arguments.
@@ -157,24 +104,85 @@ std::string quotedForExec(std::string_view argument) {
   return text + '"';
 }
 
-void takeLine(std::string_view line, DesktopEntry* entry) {
-  const std::size_t equals = line.find('=');
-  if (equals == std::string_view::npos) {
-    return;
+// Takes the values of one entry, line after line.
+class EntryReader {
+ public:
+  explicit EntryReader(std::string_view language) : fLanguage(language) {}
+
+  void takeLine(std::string_view line) {
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos) {
+      return;
+    }
+    std::string_view key = trimmed(line.substr(0, equals));
+    const std::string_view value = trimmed(line.substr(equals + 1));
+    const std::size_t bracket = key.find('[');
+    if (bracket == std::string_view::npos) {
+      takePlain(key, value);
+      takeLocalised(key, "", value);
+    } else if (key.ends_with(']')) {
+      const std::string_view language = key.substr(bracket + 1, key.size() - bracket - 2);
+      if (!language.empty()) {
+        takeLocalised(key.substr(0, bracket), language, value);
+      }
+    }
   }
-  const std::string_view key = trimmed(line.substr(0, equals));
-  const std::string value = unescaped(trimmed(line.substr(equals + 1)));
-  if (key == "Name") {
-    entry->name = value;
-  } else if (key == "Exec") {
-    entry->arguments = ExecReader(value).arguments();
+
+  DesktopEntry takeEntry() { return std::move(fEntry); }
+
+ private:
+  void takePlain(std::string_view key, std::string_view value) {
+    if (key == "Type") {
+      fEntry.type = unescapedValue(value);
+    } else if (key == "Exec") {
+      fEntry.arguments = ExecReader(unescapedValue(value)).arguments();
+    } else if (key == "TryExec") {
+      fEntry.tryExec = unescapedValue(value);
+    } else if (key == "OnlyShowIn") {
+      fEntry.onlyShowIn = unescapedList(value);
+    } else if (key == "NotShowIn") {
+      fEntry.notShowIn = unescapedList(value);
+    } else if (key == "Hidden") {
+      fEntry.hidden = value == "true";
+    } else if (key == "NoDisplay") {
+      fEntry.noDisplay = value == "true";
+    } else if (key == "DBusActivatable") {
+      fEntry.busActivatable = value == "true";
+    }
   }
-}
+
+  void takeLocalised(std::string_view key, std::string_view language, std::string_view value) {
+    if (key == "Name" && suitsBest(key, language)) {
+      fEntry.name = unescapedValue(value);
+    } else if (key == "Comment" && suitsBest(key, language)) {
+      fEntry.comment = unescapedValue(value);
+    } else if (key == "Icon" && suitsBest(key, language)) {
+      fEntry.icon = unescapedValue(value);
+    } else if (key == "Keywords" && suitsBest(key, language)) {
+      fEntry.keywords = unescapedList(value);
+    }
+  }
+
+  // Whether no text for `key` before this one suits the user better.
+  bool suitsBest(std::string_view key, std::string_view language) {
+    const int match = languageMatch(language, fLanguage);
+    int& best = fBestMatches[key];
+    if (match == 0 || match < best) {
+      return false;
+    }
+    best = match;
+    return true;
+  }
+
+  std::string_view fLanguage;
+  DesktopEntry fEntry;
+  std::map<std::string_view, int> fBestMatches;  // by key, which lies in the bytes that are read
+};
 
 }  // namespace
 
-DesktopEntry readDesktopEntry(std::string_view bytes) {
-  DesktopEntry entry;
+DesktopEntry readDesktopEntry(std::string_view bytes, std::string_view language) {
+  EntryReader reader(language);
   bool inGroup = false;
   while (!bytes.empty()) {
     const std::size_t end = bytes.find('\n');
@@ -183,17 +191,17 @@ DesktopEntry readDesktopEntry(std::string_view bytes) {
     if (line.starts_with('[')) {
       inGroup = line == kGroup;
     } else if (inGroup && !line.starts_with('#')) {
-      takeLine(line, &entry);
+      reader.takeLine(line);
     }
   }
-  return entry;
+  return reader.takeEntry();
 }
 
 std::string writeAutostartEntry(std::string_view name, std::string_view program) {
   std::string text(kGroup);
-  text += "\nType=Application\nName=" + escaped(name);
-  text += "\nExec=" + escaped(quotedForExec(program));
-  text += "\nTryExec=" + escaped(program);
+  text += "\nType=Application\nName=" + escapedValue(name);
+  text += "\nExec=" + escapedValue(quotedForExec(program));
+  text += "\nTryExec=" + escapedValue(program);
   text += "\nTerminal=false\nStartupNotify=false\nX-GNOME-Autostart-enabled=true\n";
   return text;
 }

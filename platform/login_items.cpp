@@ -1,8 +1,6 @@
 #include "platform/login_items.h"
 
 #include <dirent.h>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,42 +11,20 @@
 #include "platform/application_folder.h"
 #include "platform/atomic_file.h"
 #include "platform/desktop_entry.h"
+#include "platform/desktop_entry_file.h"
 #include "platform/user_paths.h"
-#include "util/file_descriptor.h"
 #include "util/system_error.h"
 
 namespace veltrix {
 
 namespace {
 
-constexpr std::size_t kMaximumEntryBytes = 1024UL * 1024UL;
 constexpr std::size_t kMaximumFileNameBytes = 200;
 constexpr int kMaximumNameTries = 1000;
 
 std::function<std::unique_ptr<LoginItemList>()>& replacement() {
   static std::function<std::unique_ptr<LoginItemList>()> open;
   return open;
-}
-
-// The start of a regular file, up to the largest size of an entry; empty for anything else. Never waits, not
-// even for a pipe that somebody has put there.
-std::string readEntryFile(const std::string& path) {
-  const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  struct stat attributes = {};
-  if (!file || fstat(file.get(), &attributes) != 0 || !S_ISREG(attributes.st_mode)) {
-    return "";
-  }
-  std::string bytes(std::min(static_cast<std::size_t>(attributes.st_size), kMaximumEntryBytes), '\0');
-  std::size_t used = 0;
-  while (used < bytes.size()) {
-    const ssize_t count = read(file.get(), bytes.data() + used, bytes.size() - used);
-    if (count == 0 || (count < 0 && errno != EINTR)) {
-      break;
-    }
-    used += count > 0 ? static_cast<std::size_t>(count) : 0;
-  }
-  bytes.resize(used);
-  return bytes;
 }
 
 class AutostartEntry : public LoginItem {

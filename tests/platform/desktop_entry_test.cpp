@@ -46,6 +46,48 @@ TEST(ReadDesktopEntry, EscapesInValuesAreResolved) {
             " a\tb\nc\rd\\e\\xf\\");
 }
 
+TEST(ReadDesktopEntry, TakesWhatMenusWantToKnow) {
+  const DesktopEntry entry = readDesktopEntry(
+      "[Desktop Entry]\nType=Application\nName=Sums\nComment=Adds\\nup\nIcon=sums\nTryExec=/bin/sums\n"
+      "Keywords=add;plus\\;minus;;\nOnlyShowIn=GNOME;KDE;\nNotShowIn=XFCE\nHidden=true\nNoDisplay=true\n"
+      "DBusActivatable=true\n");
+  EXPECT_EQ(entry.type, "Application");
+  EXPECT_EQ(entry.comment, "Adds\nup");
+  EXPECT_EQ(entry.icon, "sums");
+  EXPECT_EQ(entry.tryExec, "/bin/sums");
+  EXPECT_THAT(entry.keywords, ElementsAre("add", "plus;minus"));
+  EXPECT_THAT(entry.onlyShowIn, ElementsAre("GNOME", "KDE"));
+  EXPECT_THAT(entry.notShowIn, ElementsAre("XFCE"));
+  EXPECT_TRUE(entry.hidden && entry.noDisplay && entry.busActivatable);
+}
+
+TEST(ReadDesktopEntry, OnlyTheWordTrueIsTrue) {
+  for (const char* value : {"false", "True", "1", "", "true false"}) {
+    EXPECT_FALSE(readDesktopEntry(std::string("[Desktop Entry]\nHidden=") + value + "\n").hidden) << value;
+  }
+}
+
+constexpr const char* kInManyLanguages =
+    "[Desktop Entry]\nName[de_AT]=Servus\nName=Hello\nName[de]=Hallo\nName[sr@latin]=Zdravo\n"
+    "Name[sr]=Здраво\nName[]=Nobody\nName[de=Broken\nKeywords=a\nKeywords[de]=b;c\n";
+
+TEST(ReadDesktopEntry, TextsComeInTheLanguageThatSuitsBest) {
+  const auto name = [](const char* language) { return readDesktopEntry(kInManyLanguages, language).name; };
+  EXPECT_EQ(name(""), "Hello");
+  EXPECT_EQ(name("C"), "Hello");
+  EXPECT_EQ(name("fr_FR.UTF-8"), "Hello");
+  EXPECT_EQ(name("de"), "Hallo");
+  EXPECT_EQ(name("de_DE.UTF-8"), "Hallo");
+  EXPECT_EQ(name("de_AT.UTF-8@euro"), "Servus");
+  EXPECT_EQ(name("sr_RS.UTF-8"), "Здраво");
+  EXPECT_EQ(name("sr_RS@latin"), "Zdravo");
+  EXPECT_THAT(readDesktopEntry(kInManyLanguages, "de_DE").keywords, ElementsAre("b", "c"));
+}
+
+TEST(ReadDesktopEntry, LanguagesChangeNothingButTexts) {
+  EXPECT_THAT(readDesktopEntry("[Desktop Entry]\nExec=/a\nExec[de]=/b\n", "de").arguments, ElementsAre("/a"));
+}
+
 TEST(Exec, IsSplitAtBlanksOutsideOfQuotes) {
   EXPECT_THAT(argumentsOf("/a/b  c \"d e\"f \"\""), ElementsAre("/a/b", "c", "d ef", ""));
 }
