@@ -1,5 +1,8 @@
 #include "platform/application_folder.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "util/path_text.h"
 
 namespace veltrix {
@@ -21,6 +24,13 @@ std::string applicationName(std::string_view application) {
 
 std::string programOfApplication(std::string_view application) {
   return withoutFinalSlashes(application) + "/" + applicationName(application);
+}
+
+std::string packagedApplication(const std::string& path, const std::string& resourceFolder) {
+  const std::string plain = withoutFinalSlashes(path);
+  const std::string packaged = resourceFolder + "/" + plain.substr(plain.rfind('/') + 1);
+  std::error_code ignored;
+  return plain.ends_with(kSuffix) && std::filesystem::is_directory(packaged, ignored) ? packaged : path;
 }
 
 std::optional<std::string> applicationOfProgram(std::string_view program) {

@@ -17,6 +17,10 @@ std::string programOfApplication(std::string_view application);
 // absolute. Does not look whether it exists.
 std::optional<std::string> applicationOfProgram(std::string_view program);
 
+// Where to find the application that a path outside the product names: the application folder of
+// the same name in `resourceFolder` when there is one, else `path` itself.
+std::string packagedApplication(const std::string& path, const std::string& resourceFolder);
+
 // The text without a final ".app".
 std::string_view withoutApplicationSuffix(std::string_view name);
 

@@ -10,6 +10,12 @@ namespace {
 
 constexpr int kMargin = 3;  // room for the focus frame around the text
 
+// The page of a tab is brighter than its window in some styles, so that a color has to do for both.
+QColor readableInWindow(const QPalette& palette, const QColor& color) {
+  return veltrix::readableOn(palette.color(QPalette::Window),
+                             veltrix::readableOn(palette.color(QPalette::Light), color));
+}
+
 QFont fontOf(const HyperlinkText& title) {
   QFont font = title.font;
   font.setUnderline(title.underline == QTextCharFormat::SingleUnderline);
@@ -33,15 +39,14 @@ QSize VeltrixHyperlinkButton::sizeHint() const {
 void VeltrixHyperlinkButton::paintEvent(QPaintEvent* /*event*/) {
   const HyperlinkText title = isDown() ? attributedAlternateTitle() : attributedTitle();
   QStylePainter painter(this);
-  const QColor ground = palette().color(QPalette::Window);
   painter.setFont(fontOf(title));
-  painter.setPen(isEnabled() ? veltrix::readableOn(ground, title.color)
+  painter.setPen(isEnabled() ? readableInWindow(palette(), title.color)
                              : palette().color(QPalette::Disabled, QPalette::WindowText));
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextSingleLine, title.text);
   if (hasFocus()) {
     QStyleOptionFocusRect frame;
     frame.initFrom(this);
-    frame.backgroundColor = ground;
+    frame.backgroundColor = palette().color(QPalette::Window);
     painter.drawPrimitive(QStyle::PE_FrameFocusRect, frame);
   }
 }

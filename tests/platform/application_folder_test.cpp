@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/temporary_folder.h"
+
 namespace veltrix {
 namespace {
 
@@ -18,6 +20,18 @@ TEST(ApplicationFolder, NameIsTheLastComponentWithoutALowerCaseSuffix) {
 TEST(ApplicationFolder, ProgramBearsItsName) {
   EXPECT_EQ(programOfApplication("/a/Thing.app"), "/a/Thing.app/Thing");
   EXPECT_EQ(programOfApplication("/a/Thing.app/"), "/a/Thing.app/Thing");
+}
+
+TEST(ApplicationFolder, ApplicationOfAnotherPathIsThePackagedOneOfItsName) {
+  const testing::TemporaryFolder resources;
+  std::filesystem::create_directory(resources / "My Thing.app");
+  std::filesystem::create_directory(resources / "folder");
+  testing::writeFile(resources / "File.app", "");
+  EXPECT_EQ(packagedApplication("/Applications/My Thing.app", resources.path()), resources / "My Thing.app");
+  EXPECT_EQ(packagedApplication("/Applications/My Thing.app/", resources.path()), resources / "My Thing.app");
+  for (const char* path : {"/Applications/Other.app", "/Applications/File.app", "/home/folder", "/", ""}) {
+    EXPECT_EQ(packagedApplication(path, resources.path()), path);
+  }
 }
 
 TEST(ApplicationFolder, NearestOneAroundAProgramCounts) {

@@ -78,8 +78,12 @@ TEST_F(HyperlinkButton, IsBlueAndRedWhilePressed) {
 }
 
 TEST_F(HyperlinkButton, CanBeReadInADarkWindow) {
-  setPalette(test::darkPalette());
+  QPalette palette = test::darkPalette();
+  palette.setColor(QPalette::Light, test::darkPalette().color(QPalette::Window).lighter(180));
+  setPalette(palette);
   EXPECT_GT(test::shareAgainst(test::shot(*button), ground, 4.0), 0.02);
+  // On the page of a tab, too.
+  EXPECT_GT(test::shareAgainst(test::shot(*button), palette.color(QPalette::Light), 4.0), 0.02);
 }
 
 TEST_F(HyperlinkButton, IsGrayWhileDisabled) {
