@@ -62,6 +62,8 @@ class VeltrixController : public QObject, public veltrix::SettingsStore {
 
   // Commands.
   void actButtonRestoreDefaults();
+  void actButtonSaveInformation();  // the document as it stands, saved or not, goes into the report
+  void actButtonOpenLink(QObject* sender);
   void actScrollMatrixDirection();
   void vtxUpdateHelpLabels();
 

@@ -4,8 +4,10 @@
 
 #include "pane/controller.h"
 #include "pane/device_report.h"
+#include "pane/links.h"
 #include "pane/outlets.h"
 #include "pane/pref_pane.h"
+#include "settings/support_information.h"
 
 namespace {
 
@@ -21,6 +23,28 @@ void VeltrixController::actButtonRestoreDefaults() {
   }
   vtxGetSettingsFromPrefs();
   vtxGetUIFromSettings();
+}
+
+void VeltrixController::actButtonSaveInformation() {
+  const veltrix::SupportFacts facts = {fServices.now(), gVeltrixBundle->infoValue("CFBundleVersion"),
+                                       fServices.osRelease(), fPane->vtxGetDeviceList()};
+  const std::string path = veltrix::supportInformationPath(fServices.homeDirectory());
+  // What came of it shows itself in the folder.
+  static_cast<void>(veltrix::writeSupportInformation(path, fPrefsDict, facts));
+  fServices.selectFile(path);
+}
+
+void VeltrixController::actButtonOpenLink(QObject* sender) {
+  switch (sender->property("tag").toInt()) {
+    case veltrix::kProductLinkTag:
+      return fServices.openUrl(veltrix::kProductUrl);
+    case veltrix::kSupportLinkTag:
+      return fServices.openUrl(veltrix::kSupportUrl);
+    case veltrix::kUninstallerLinkTag:
+      return fServices.openFile(veltrix::kUninstallerPath);
+    default:
+      return;
+  }
 }
 
 // The direction is read with all other controls.

@@ -109,6 +109,13 @@ void VeltrixController::connectActions() {
           &VeltrixController::actSelectDevice);
   connect(fOutlets->main.buttonRestoreDefaults, &QAbstractButton::clicked, this,
           &VeltrixController::actButtonRestoreDefaults);
+  connect(fOutlets->help.buttonSaveInformation, &QAbstractButton::clicked, this,
+          &VeltrixController::actButtonSaveInformation);
+  const auto& help = fOutlets->help;
+  for (QAbstractButton* link : std::initializer_list<QAbstractButton*>{help.buttonWebSite, help.buttonSupport,
+                                                                       help.buttonUninstall}) {
+    connect(link, &QAbstractButton::clicked, this, [this, link] { actButtonOpenLink(link); });
+  }
   connect(fOutlets->warning.buttonAccessibilityOK, &QAbstractButton::clicked, this,
           &VeltrixController::actModalButtonOK);
   QTabWidget* const tabs = fOutlets->main.outMainTabsRoot;

@@ -8,6 +8,7 @@
 
 #include "helperlink/device_buttons.h"
 #include "helperlink/device_kinds.h"
+#include "pane/links.h"
 #include "pane/page_tables.h"
 #include "pane/slider_positions.h"
 
@@ -88,6 +89,17 @@ void finishSliders(Outlets* outlets) {
   outlets->pointer.curveAccel->setLargestFactor(positionToAcceleration(kLargestAccelerationPosition));
 }
 
+void finishHelpPage(const Ui::VeltrixHelpTab& help) {
+  makeHeading(help.labelHelpDevices);
+  makeHeading(help.labelHelpSupport);
+  makeHeading(help.labelHelpUninstall);
+  // Nobody follows a link that does not say where it leads.
+  help.buttonWebSite->setToolTip(QString::fromLatin1(kProductUrl));
+  help.buttonSupport->setToolTip(QString::fromLatin1(kSupportUrl));
+  help.buttonSaveInformation->setAccessibleDescription(help.labelSaveInformation->text());
+  help.buttonUninstall->setAccessibleDescription(help.labelUninstall->text());
+}
+
 // The tab's own background shows through, and margins, rows and columns keep a distance that grows with the
 // font.
 void finishPage(QScrollArea* page) {
@@ -122,7 +134,7 @@ void makeInterface(QWidget* view, Outlets* outlets) {
   outlets->main.outMainTabsRoot->tabBar()->setSelectionBehaviorOnRemove(QTabBar::SelectLeftTab);
   outlets->scrolling.outScrollMatrixDirection->adoptCells();
   setHeightInLines(outlets->scrolling.outScrollTabsDirection, kDirectionLines);
-  makeHeading(outlets->help.labelHelpDevices);
+  finishHelpPage(outlets->help);
   finishPage(outlets->pointer.VeltrixPointerTabScroll);
   finishPage(outlets->scrolling.VeltrixScrollingTabScroll);
   finishPage(outlets->help.VeltrixHelpTabScroll);

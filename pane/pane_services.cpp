@@ -6,6 +6,8 @@
 #include "helperlink/helper_messaging.h"
 #include "helperlink/login_item.h"
 #include "helperlink/system_version.h"
+#include "platform/application_folder.h"
+#include "platform/user_paths.h"
 #include "platform/workspace.h"
 
 namespace veltrix {
@@ -22,6 +24,15 @@ PaneServices standardPaneServices(const Bundle& bundle) {
   services.getConnectedDevices = VeltrixGetConnectedDevices;
   services.sendMessageToHelper = VeltrixSendMessageToHelper;
   services.systemVersion = MacOSXVersion;
+  // An opener that fails has told the user so by itself, or there is none and nothing to be done.
+  services.openUrl = [](const std::string& url) { static_cast<void>(veltrix::openUrl(url)); };
+  services.openFile = [resources = bundle.resourcePath()](const std::string& path) {
+    static_cast<void>(veltrix::openFile(packagedApplication(path, resources)));
+  };
+  services.selectFile = [](const std::string& path) { static_cast<void>(veltrix::selectFile(path)); };
+  services.homeDirectory = veltrix::homeDirectory;
+  services.now = std::chrono::system_clock::now;
+  services.osRelease = [] { return readOsRelease(); };
   services.setDeviceStateConsumer = [](DeviceStateConsumer consumer) {
     veltrix::setDeviceStateConsumer(std::move(consumer));
     installDeviceStateHandler();

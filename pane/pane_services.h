@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -7,6 +8,7 @@
 #include "helperlink/device_list.h"
 #include "helperlink/device_state.h"
 #include "platform/bundle.h"
+#include "platform/os_release.h"
 #include "settings/settings_store.h"
 
 namespace veltrix {
@@ -20,6 +22,13 @@ struct PaneServices {
   std::function<std::int32_t(VeltrixDeviceList*)> getConnectedDevices;
   std::function<std::int32_t(std::uint32_t)> sendMessageToHelper;
   std::function<std::uint32_t()> systemVersion;
+
+  std::function<void(const std::string&)> openUrl;
+  std::function<void(const std::string&)> openFile;    // an absolute path, also of an application folder
+  std::function<void(const std::string&)> selectFile;  // shows the file of that path in its folder
+  std::function<std::string()> homeDirectory;
+  std::function<std::chrono::system_clock::time_point()> now;
+  std::function<OsRelease()> osRelease;
 
   // Names the one consumer of the helper's device states, or none when it is empty; the former one is not
   // called any more when this returns. A consumer may be called on any thread.

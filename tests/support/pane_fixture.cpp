@@ -143,6 +143,12 @@ PaneServices PaneTest::makeServices() {
     return helperStatus;
   };
   services.systemVersion = [this] { return systemVersion; };
+  services.openUrl = [this](const std::string& url) { record("url " + url); };
+  services.openFile = [this](const std::string& path) { record("open " + path); };
+  services.selectFile = [this](const std::string& path) { record("select " + path); };
+  services.homeDirectory = [this] { return home.path(); };
+  services.now = [this] { return now; };
+  services.osRelease = [] { return OsRelease{12, 5, 0}; };
   services.setDeviceStateConsumer = [this](std::function<void(const DeviceState&)> consumer) {
     deviceStateConsumer = std::move(consumer);
   };

@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QTabWidget>
 #include <QWidget>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -82,6 +83,7 @@ class PaneTest : public ::testing::Test {
   std::int32_t helperStatus = 0;  // of a poll
   std::int16_t helperProcess = 0;
   std::uint32_t systemVersion = 0x1090;
+  std::chrono::system_clock::time_point now{};
   std::vector<std::string> log;
   std::function<void(const std::string&)> onMessage;  // called before a message is recorded
   std::function<void(const DeviceState&)> deviceStateConsumer;

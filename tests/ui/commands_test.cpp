@@ -101,16 +101,32 @@ TEST_F(CommandsTest, ARestoredEntryGoesOnBeingEdited) {
 }
 
 TEST_F(CommandsTest, RestoringComparesTheLowBitsOnly) {
-  plist::Dictionary factory = makeEntry(0x2041, 0, 0x0106);
-  writeDefaults(makeDocument({factory}));
-  plist::Dictionary changed = makeEntry(0x2041, 0, 0x0106);
-  changed.set("device version max", 0x10106);
+  writeDefaults(makeDocument({makeEntry(0x2041, 0, 0x0107)}));
+  plist::Dictionary changed = makeEntry(0x2041, 0, 0x0107);
+  changed.set("device version max", 0x10107);
   changed.dictionaryFor("options").set("slow", true);
   writeUserFile(makeDocument({changed}));
   plug({{0x2041, 0x0106}});
   openPane();
   click("buttonRestoreDefaults");
   EXPECT_FALSE(userOptions(0x2041).boolFor("slow"));
+}
+
+TEST_F(CommandsTest, RestoringWithoutFactorySettingsChangesNothing) {
+  plist::Dictionary changed = makeEntry(0x1020);
+  changed.dictionaryFor("options").set("slow", true);
+  writeUserFile(makeDocument({changed}));
+  plug({{0x1020, 0x0100}});
+  openPane();
+  log.clear();
+  for (const char* text : {"", "no property list", "<plist><dict/></plist>"}) {
+    writeFile(home / "bundle/DefaultSettings.plist", text);
+    gVeltrixController->actButtonRestoreDefaults();
+  }
+  std::filesystem::remove(home / "bundle/DefaultSettings.plist");
+  gVeltrixController->actButtonRestoreDefaults();
+  EXPECT_TRUE(isChecked("outPointerBoxSlow"));
+  EXPECT_THAT(log, IsEmpty());
 }
 
 TEST_F(CommandsTest, RestoringWithoutAFactoryEntryChangesNothing) {
