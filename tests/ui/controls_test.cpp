@@ -208,6 +208,15 @@ TEST_F(ControlsTest, WithAccessTheJumpBoxStoresWhatItShows) {
   EXPECT_FALSE(options().boolFor("jump"));
 }
 
+TEST_F(ControlsTest, OnlyTheLowestBitOfTheHelpersStateIsAccess) {
+  helperDevices.helperState = 0xFFFE;
+  openWithOption("jump", true);
+  EXPECT_FALSE(isChecked("outPointerBoxJump"));
+  helperDevices.helperState = 0x0001;
+  openWithOption("jump", true);
+  EXPECT_TRUE(isChecked("outPointerBoxJump"));
+}
+
 TEST_F(ControlsTest, TurningJumpOnWithoutAccessWarnsAndLeavesItOff) {
   openWithOption("jump", false);
   QString warning;

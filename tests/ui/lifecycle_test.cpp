@@ -154,6 +154,14 @@ TEST_F(LifecycleTest, WithoutParamUiTheAdvancedButtonIsGone) {
   EXPECT_EQ(pane->mainView()->findChild<QPushButton*>("outScrollButtonAdvanced"), nullptr);
 }
 
+TEST_F(LifecycleTest, ParamUiThatIsFalseIsAsGoodAsNone) {
+  plist::Dictionary document = makeUsualDocument();
+  document.set("paramUI", false);
+  writeUserFile(document);
+  makePane();
+  EXPECT_EQ(pane->mainView()->findChild<QPushButton*>("outScrollButtonAdvanced"), nullptr);
+}
+
 TEST_F(LifecycleTest, WithParamUiTheAdvancedButtonStays) {
   plist::Dictionary document = makeUsualDocument();
   document.set("paramUI", true);
