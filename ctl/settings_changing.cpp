@@ -1,5 +1,4 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <memory>
 
 #include "ctl/device_selector.h"
@@ -8,7 +7,6 @@
 #include "ctl/settings_path.h"
 #include "ctl/terminal_store.h"
 #include "ctl/value_text.h"
-#include "settings/document_check.h"
 #include "settings/settings_schema.h"
 
 namespace veltrix::ctl {
@@ -18,15 +16,6 @@ namespace {
 plist::Type typeAt(const SettingsPlace& place) {
   const auto known = settingsTypeOf(place.key);
   return known != plist::Type::kMissing ? known : place.value.type();
-}
-
-// The first problem of the document that it did not have before.
-std::optional<DocumentProblem> newProblem(const std::vector<DocumentProblem>& before,
-                                          const std::vector<DocumentProblem>& after) {
-  const auto found = std::find_if(after.begin(), after.end(), [&](const DocumentProblem& problem) {
-    return std::find(before.begin(), before.end(), problem) == before.end();
-  });
-  return found == after.end() ? std::nullopt : std::optional(*found);
 }
 
 int set(const std::string& key, const std::string& text) {
@@ -48,12 +37,8 @@ int set(const std::string& key, const std::string& text) {
   if (!value) {
     return fail(value.error().code, where + value.error().message + unchanged);
   }
-  const auto before = checkSettingsDocument(store.document());
   place.value().parent.set(place.value().key, value.value());
-  if (const auto problem = newProblem(before, checkSettingsDocument(store.document()))) {
-    return fail(kNotFound, store.path() + ": " + problem->place + ": " + problem->reason + unchanged);
-  }
-  return store.save();
+  return store.saveIfAllowed();
 }
 
 int reset(const std::string& device) {

@@ -1,5 +1,7 @@
 #include "ctl/terminal_store.h"
 
+#include <algorithm>
+
 #include "ctl/document_file.h"
 #include "ctl/outcome.h"
 #include "platform/bundle.h"
@@ -16,11 +18,25 @@ int TerminalStore::open() {
   if (!current.document) {
     return current.exitCode;
   }
-  return loadDocument() ? kDone : fail(kNotFound, fPath + ": could not be read again; nothing was changed");
+  if (!loadDocument()) {
+    return fail(kNotFound, fPath + ": could not be read again; nothing was changed");
+  }
+  fProblemsBefore = checkSettingsDocument(fPrefsDict);
+  return kDone;
 }
 
 int TerminalStore::saveInstead(const plist::Dictionary& document) {
   fPrefsDict = document;
+  return save();
+}
+
+int TerminalStore::saveIfAllowed() {
+  const auto& before = fProblemsBefore;
+  for (const auto& problem : checkSettingsDocument(fPrefsDict)) {
+    if (std::find(before.begin(), before.end(), problem) == before.end()) {
+      return fail(kNotFound, fPath + ": " + problem.place + ": " + problem.reason + "; nothing was changed");
+    }
+  }
   return save();
 }
 

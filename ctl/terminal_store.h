@@ -1,5 +1,8 @@
 #pragma once
 
+#include <vector>
+
+#include "settings/document_check.h"
 #include "settings/settings_store.h"
 
 namespace veltrix::ctl {
@@ -23,11 +26,15 @@ class TerminalStore : public SettingsStore {
   // Saves the document and tells the helper. 0, or the exit code to end with.
   int save();
 
+  // The same for a changed document, unless a rule forbids the change: then the file stays as it is.
+  int saveIfAllowed();
+
   // Says why the last save failed and returns the exit code for it.
   int reportSaveError() const;
 
  private:
   std::string fPath;
+  std::vector<DocumentProblem> fProblemsBefore;  // those that the document had when it was loaded
 };
 
 }  // namespace veltrix::ctl
