@@ -25,6 +25,7 @@ int run(int argc, char** argv) {
   addDevicesCommand(app, context);
   addStatusCommand(app, context);
   addSettingsCommands(app, context);
+  addButtonCommand(app, context);
   addCommandsCommand(app, context);
   addMatchCommand(app, context);
   addFindCommand(app, context);

@@ -19,9 +19,13 @@ class CtlTest : public ::testing::Test {
  protected:
   ProgramRun ctl(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), VELTRIXCTL);
-    fLast = runProgram(arguments, {{"HOME", fHome},
-                                   {"DBUS_SESSION_BUS_ADDRESS", fBusAddress},
-                                   {"XDG_RUNTIME_DIR", fFolder / "runtime"}});
+    EnvironmentChanges environment = {{"HOME", fHome},
+                                      {"DBUS_SESSION_BUS_ADDRESS", fBusAddress},
+                                      {"XDG_RUNTIME_DIR", fFolder / "runtime"},
+                                      {"DISPLAY", ""},
+                                      {"WAYLAND_DISPLAY", ""},
+                                      {"XKB_DEFAULT_LAYOUT", fLayout}};
+    fLast = runProgram(arguments, environment);
     return fLast;
   }
 
@@ -48,6 +52,7 @@ class CtlTest : public ::testing::Test {
   std::string fHome = fFolder / "home";
   std::string fBusAddress = "unix:path=" + (fFolder / "no-bus");
   std::string fSettings = fHome + "/Library/Preferences/com.aldmoor.veltrix.settings.plist";
+  std::string fLayout = "us";  // of a session without a display
   ProgramRun fLast;
 };
 
