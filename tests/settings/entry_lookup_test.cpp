@@ -128,5 +128,10 @@ TEST(FindEntryOfSameIds, ComparesTheLowSixteenBitsOfAllFour) {
   EXPECT_TRUE(findEntryOfSameIds(plist::Array(), wanted).isNull());
 }
 
+TEST(FindEntryOfSameIds, TakesTheFirstOfTwo) {
+  const auto first = entryOf(1, 2);
+  EXPECT_TRUE(findEntryOfSameIds(arrayOf({first, entryOf(1, 2)}), entryOf(1, 2)).sameAs(first));
+}
+
 }  // namespace
 }  // namespace veltrix
