@@ -50,7 +50,7 @@ def background(command, **options):
         yield process
     finally:
         stop(process)
-        for stream in (process.stdout, process.stderr):
+        for stream in (process.stdin, process.stdout, process.stderr):
             if stream is not None:
                 stream.close()
 
@@ -65,11 +65,29 @@ def stop(process):
             process.wait()
 
 
-class Desktop:
-    """Use as a context manager. `window_manager` starts openbox, which gives windows focus and closes them politely."""
+# Settings without any key that a test does not ask for.
+OPENBOX_SETTINGS = """<openbox_config xmlns="http://openbox.org/3.4/rc">
+<focus><focusNew>yes</focusNew></focus>
+<keyboard>{keys}</keyboard>
+<mouse><context name="Client">
+<mousebind button="Left" action="Press"><action name="Focus"/><action name="Raise"/></mousebind>
+</context></mouse>
+</openbox_config>
+"""
 
-    def __init__(self, build, window_manager=False, accessibility=False, screen="1280x1024x24"):
+
+class Desktop:
+    """Use as a context manager. `window_manager` starts openbox, which gives windows focus and closes them politely.
+
+    `key_bindings` are keys in openbox's spelling and the actions in its settings that it then has instead of its own;
+    `with_helper` is false for programs that neither are a helper nor look for one.
+    """
+
+    def __init__(self, build, window_manager=False, accessibility=False, screen="1280x1024x24", key_bindings=None,
+                 with_helper=True):
         self.build = pathlib.Path(build).resolve()
+        self._key_bindings = key_bindings
+        self._with_helper = with_helper
         self._window_manager = window_manager
         self._accessibility = accessibility
         self._screen = screen
@@ -77,7 +95,7 @@ class Desktop:
 
     def __enter__(self):
         # See isolate: it may have been refused.
-        if subprocess.run(["pgrep", "-u", str(os.getuid()), "-x", "VeltrixHelper"], capture_output=True).returncode == 0:
+        if self._with_helper and subprocess.run(["pgrep", "-u", str(os.getuid()), "-x", "VeltrixHelper"], capture_output=True).returncode == 0:
             raise AssertionError("another VeltrixHelper of this user is running; end it first")
         with contextlib.ExitStack() as stack:
             self.home = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory(prefix="veltrix-desktop-")))
@@ -87,6 +105,7 @@ class Desktop:
             if self._accessibility:
                 self._start_accessibility()
             if self._window_manager:
+                self._bind_keys()
                 stack.enter_context(background(["openbox", "--sm-disable"], env=self.environment,
                                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
                 wait_until(self._managed, "the window manager")
@@ -129,6 +148,14 @@ class Desktop:
                          "org.a11y.Bus.GetAddress"])
         if done.returncode != 0:
             raise AssertionError(done.stderr)
+
+    def _bind_keys(self):
+        if self._key_bindings is None:
+            return
+        folder = self.home / ".config/openbox"
+        folder.mkdir(parents=True)
+        keys = "".join(f'<keybind key="{key}">{action}</keybind>' for key, action in self._key_bindings.items())
+        (folder / "rc.xml").write_text(OPENBOX_SETTINGS.format(keys=keys))
 
     def _managed(self):
         done = self.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
