@@ -19,6 +19,7 @@
 #include "helperlink/helper_protocol.h"
 #include "host/color_scheme.h"
 #include "host/settings_window.h"
+#include "keyboard/keystroke_application.h"
 #include "pane/pane_services.h"
 #include "platform/application_service.h"
 #include "platform/bundle.h"
@@ -104,7 +105,7 @@ int runSettingsApplication(int argc, char** argv, ApplicationService* service, c
   if (!activation.startupId.empty()) {
     qputenv("DESKTOP_STARTUP_ID", QByteArray::fromStdString(activation.startupId));
   }
-  QApplication application(argc, argv);
+  KeystrokeApplication application(argc, argv);
   QApplication::setApplicationDisplayName("Veltrix");
   QApplication::setDesktopFileName("com.aldmoor.veltrix");
   QApplication::setLayoutDirection(QLocale().textDirection());
