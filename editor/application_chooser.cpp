@@ -1,9 +1,11 @@
 #include "editor/application_chooser.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QStyle>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -17,8 +19,8 @@ namespace veltrix {
 
 namespace {
 
-constexpr int kListLines = 22;  // sizes in lines of text
-constexpr int kListWidth = 24;
+constexpr int kListLines = 28;  // sizes in lines of text
+constexpr int kListWidth = 26;
 constexpr int kIconLines = 2;
 constexpr int kCommentLines = 2;
 
@@ -69,9 +71,6 @@ ApplicationChooser::ApplicationChooser(std::vector<InstalledApplication> applica
   fWidgets->buttonChoose = buttons->addButton(tr("Choose"), QDialogButtonBox::AcceptRole);
   fWidgets->buttonChoose->setObjectName(QStringLiteral("buttonChoose"));
   fWidgets->buttonChoose->setDefault(true);
-  QPushButton* const other = buttons->addButton(tr("&Other…"), QDialogButtonBox::ActionRole);
-  other->setObjectName(QStringLiteral("buttonOther"));
-  other->setAutoDefault(false);
 
   connect(fWidgets->fieldSearch, &QLineEdit::textChanged, this, &ApplicationChooser::showMatches);
   connect(fWidgets->listApplications->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -79,7 +78,7 @@ ApplicationChooser::ApplicationChooser(std::vector<InstalledApplication> applica
   connect(fWidgets->listApplications, &QListView::doubleClicked, this, &ApplicationChooser::chooseCurrent);
   connect(buttons, &QDialogButtonBox::accepted, this, &ApplicationChooser::chooseCurrent);
   connect(buttons, &QDialogButtonBox::rejected, this, &ApplicationChooser::reject);
-  connect(other, &QPushButton::clicked, this, &ApplicationChooser::chooseOther);
+  connect(fWidgets->buttonOther, &QPushButton::clicked, this, &ApplicationChooser::chooseOther);
   showMatches(QString());
 }
 
@@ -88,7 +87,10 @@ ApplicationChooser::~ApplicationChooser() = default;
 QIcon ApplicationChooser::themeIcon(const InstalledApplication& application) {
   const QString name = QString::fromStdString(application.icon);
   QIcon icon = name.startsWith(QLatin1Char('/')) ? QIcon(name) : QIcon::fromTheme(withoutPictureSuffix(name));
-  return icon.isNull() ? QIcon::fromTheme(QStringLiteral("application-x-executable")) : icon;
+  if (icon.isNull()) {
+    icon = QIcon::fromTheme(QStringLiteral("application-x-executable"));
+  }
+  return icon.isNull() ? QApplication::style()->standardIcon(QStyle::SP_FileIcon) : icon;
 }
 
 bool ApplicationChooser::eventFilter(QObject* watched, QEvent* event) {

@@ -32,7 +32,7 @@ class ApplicationChooser : public QDialog {
   // None before one has been chosen.
   const std::optional<ChosenApplication>& chosen() const { return fChosen; }
 
-  // The icon of the desktop's theme or at its path; the theme's one for programs when there is none.
+  // The icon of the desktop's theme or at its path; a plain one when there is none.
   static QIcon themeIcon(const InstalledApplication& application);
 
  protected:

@@ -22,6 +22,10 @@ ItemPanel::ItemPanel(QWidget* parent, std::function<bool(const QString& path)> a
   setFileMode(Directory);
   setOption(ShowDirsOnly, false);
   setLabelText(Accept, tr("Choose"));
+  setLabelText(FileName, tr("&Name:"));
+  for (const char* name : {"fileTypeLabel", "fileTypeCombo"}) {
+    findChild<QWidget*>(QLatin1String(name))->hide();  // would offer folders only, as the only choice
+  }
   // The panel disables its button for files; these follow after it whenever it does.
   fButton = findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Open);
   connect(findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), &QLineEdit::textChanged, this,
