@@ -84,6 +84,13 @@ TEST_F(ControlsTest, AKeyOnTheSpeedSliderStoresTheNextSpeedAtOnce) {
   EXPECT_THAT(log, ElementsAre("VXUp"));
 }
 
+TEST_F(ControlsTest, ASpeedBetweenTwoDetentsIsStoredBackAsTheOneShown) {
+  openWithOption("speed", 450);
+  EXPECT_EQ(position("outPointerSliderSpeed"), 50);
+  click("outScrollBoxInertial");
+  EXPECT_EQ(options().int32For("speed"), 400);
+}
+
 TEST_F(ControlsTest, TheRightEndOfTheSpeedSliderIsTheFastest) {
   openWithOption("speed", 400);
   press("outPointerSliderSpeed", Qt::Key_End);
