@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 """Checks the table of rules and tests in docs/coverage.md against the sources of the tests.
 
-usage: check_coverage.py SOURCE_DIR
+usage: check_coverage.py SOURCE_DIR BUILD_DIR
 
 A row is `| rule | tests |`; the tests stand in backticks as `folder/file_test.cpp: Suite.Name, Suite.Other` or
 `folder/file_test.py: test_name`, below tests/. Prints every row that lacks a rule or a test, that gives a rule twice,
 or that names a test which nobody wrote or nothing builds, and exits with 1 when there is one.
 """
 import functools
+import json
 import pathlib
 import re
 import sys
@@ -43,7 +44,7 @@ def reference_problems(cell, tests_of):
             continue
         tests = tests_of(match["file"])
         if tests is None:
-            yield f"no test program is built from tests/{match['file']}"
+            yield f"nothing builds or runs tests/{match['file']}"
             continue
         for name in match["names"].split(", "):
             if name not in tests:
@@ -91,18 +92,22 @@ def row_problems(cells, subject, rules, tests_of):
         yield from reference_problems(tests, tests_of)
 
 
-def source_reader(tests_folder):
-    """Reads sources below the folder; one that the CMake file beside it does not mention is as good as none."""
+def built_sources(build_folder):
+    """The sources that programs are built from and the scripts that tests run, as absolute paths."""
+    commands = json.loads((build_folder / "compile_commands.json").read_text(encoding="utf-8"))
+    built = {str(pathlib.Path(command["directory"], command["file"])) for command in commands}
+    for listing in (build_folder / "tests").rglob("CTestTestfile.cmake"):
+        built.update(re.findall(r'"([^"]*\.py)"', listing.read_text(encoding="utf-8")))
+    return built
+
+
+def source_reader(tests_folder, built):
+    """Reads sources below the folder; one that nothing builds or runs is as good as none."""
 
     @functools.cache
     def tests_of(name):
         source = tests_folder / name
-        listing = source.parent / "CMakeLists.txt"
-        if not source.is_file() or not listing.is_file():
-            return None
-        # A loop over programs may leave the ending out.
-        mention = rf"\b{re.escape(source.stem.removesuffix('_test'))}(?:_test)?\b"
-        if not re.search(mention, listing.read_text(encoding="utf-8")):
+        if not source.is_file() or str(source) not in built:
             return None
         return tests_in(name, source.read_text(encoding="utf-8"))
 
@@ -110,12 +115,12 @@ def source_reader(tests_folder):
 
 
 def main(arguments):
-    if len(arguments) != 1:
+    if len(arguments) != 2:
         print(__doc__, file=sys.stderr)
         return 2
-    root = pathlib.Path(arguments[0])
+    root, build = map(pathlib.Path, arguments)
     text = (root / "docs/coverage.md").read_text(encoding="utf-8")
-    problems = list(table_problems(text, source_reader(root / "tests")))
+    problems = list(table_problems(text, source_reader(root / "tests", built_sources(build))))
     for problem in problems:
         print(f"docs/coverage.md: {problem}")
     return 1 if problems else 0

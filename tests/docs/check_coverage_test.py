@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Shows that check_coverage.py refuses what it must refuse."""
+import json
 import pathlib
 import tempfile
 import unittest
@@ -65,15 +66,22 @@ class CheckCoverageTest(unittest.TestCase):
         self.assertEqual(check_coverage.tests_in("a.cpp", "// TEST(A, B) {}\n/* TEST(C, D)\n TEST(E, F) */\n"), set())
         self.assertEqual(check_coverage.tests_in("a.py", "class T:\n    # def test_x(self):\n"), set())
 
-    def test_source_that_nothing_builds_has_no_tests(self):
+    def test_source_that_nothing_builds_or_runs_has_no_tests(self):
         with tempfile.TemporaryDirectory() as name:
-            folder = pathlib.Path(name) / "a"
-            folder.mkdir()
-            (folder / "b_test.cpp").write_text("TEST(A, B) {}\n")
-            (folder / "CMakeLists.txt").write_text("veltrix_test(x SOURCES bb_test.cpp)\n")
-            self.assertIsNone(check_coverage.source_reader(pathlib.Path(name))("a/b_test.cpp"))
-            (folder / "CMakeLists.txt").write_text("veltrix_test(x SOURCES b_test.cpp)\n")
-            self.assertEqual(check_coverage.source_reader(pathlib.Path(name))("a/b_test.cpp"), {"A.B"})
+            tests, build = pathlib.Path(name) / "tests", pathlib.Path(name) / "build"
+            for folder in (tests, build / "tests/a"):
+                folder.mkdir(parents=True)
+            for stem in ("built", "left"):
+                (tests / f"{stem}_test.cpp").write_text("TEST(A, B) {}\n")
+                (tests / f"{stem}_test.py").write_text("def test_it(self):\n")
+            (build / "compile_commands.json").write_text(
+                json.dumps([{"directory": str(build), "file": str(tests / "built_test.cpp")}]))
+            (build / "tests/a/CTestTestfile.cmake").write_text(f'add_test(x "{tests / "built_test.py"}")\n')
+            tests_of = check_coverage.source_reader(tests, check_coverage.built_sources(build))
+            self.assertEqual(tests_of("built_test.cpp"), {"A.B"})
+            self.assertEqual(tests_of("built_test.py"), {"test_it"})
+            for gone in ("left_test.cpp", "left_test.py", "gone_test.cpp"):
+                self.assertIsNone(tests_of(gone))
 
 
 if __name__ == "__main__":
