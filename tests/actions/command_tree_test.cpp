@@ -193,6 +193,16 @@ TEST(CommandTree, ElementsOfWrongTypesKeepTheirRowsAndReadAsNothing) {
   EXPECT_EQ(odd->categoryIndex, 3);
 }
 
+TEST(CommandTree, ACommandWithoutACodeIsFoundAsZeroAndOtherRowsAreNot) {
+  const auto codeless = dictionaryOf({{"name", "Codeless"}});
+  const Array categories =
+      arrayOf({category("First", arrayOf({"text"})), category("Second", arrayOf({codeless}))});
+  const auto place = CommandTree(categories, kFirstNewSystem).find(0, {}, marked);
+  ASSERT_TRUE(place);
+  EXPECT_EQ(place->categoryIndex, 1);
+  EXPECT_THAT(place->commandTitle, Optional(Eq("Codeless")));
+}
+
 TEST(CommandTree, AMissingOrUnreadableResourceIsAnEmptyTree) {
   const testing::TemporaryFolder folder;
   EXPECT_EQ(CommandTree::load(Bundle(folder / "none"), kFirstNewSystem).categoryCount(), 0);
