@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "keyboard/layout_access.h"
-#include "keyboard/virtual_keys.h"
 #include "settings/modifier_mask.h"
 #include "tests/support/catalog_bytes.h"
 #include "tests/support/scoped_layout.h"
@@ -194,6 +193,32 @@ TEST_F(LocalisedKeyNames, TheTableIsTakenEvenWithoutALayout) {
   const ScopedLayout none;
   EXPECT_EQ(GetKeyboardInformation(&fBundle, "Localizable"), -192);
   EXPECT_EQ(GetKeyName(126), "oben");
+}
+
+// The words of the window's own table, as menus put them together.
+class WordsOfTheWindow : public KeyNames {
+ protected:
+  WordsOfTheWindow() { GetKeyboardInformation(&fBundle, kStringTable); }
+
+  static std::string keystroke(std::uint16_t keyCode, std::uint16_t modifiers) {
+    return GetKeyCombinationNameWithSepAndCase(keyCode, modifiers, std::nullopt, std::nullopt, true);
+  }
+
+  ThreadLanguage fLanguage{"en"};
+  Bundle fBundle = Bundle::standard();
+};
+
+TEST_F(WordsOfTheWindow, ReadWellWithoutSeparatorsAndWithPlus) {
+  EXPECT_EQ(keystroke(0, kControlCommand), "Ctrl\u2009Super\u2009A");
+  EXPECT_EQ(keystroke(48, kOptionModifier | kShiftModifier), "Alt\u2009Shift\u2009Tab");
+  EXPECT_EQ(keystroke(87, 0), "Num\u20095");
+  EXPECT_EQ(keystroke(71, 0), "Num\u2009Lock");
+  EXPECT_EQ(keystroke(51, 0), "Backspace");
+  EXPECT_EQ(keystroke(117, 0), "Delete");
+  EXPECT_EQ(keystroke(110, 0), "Menu");
+  EXPECT_EQ(keystroke(122, 0), "F1");
+  EXPECT_EQ(keystroke(255, 0), "(none)");
+  EXPECT_EQ(GetModifiersName(255, kControlCommand), "Ctrl\u2009+Super\u2009");
 }
 
 }  // namespace
