@@ -24,5 +24,7 @@ void addRecordCommand(CLI::App& app, Context& context);
 void addMergeCommand(CLI::App& app, Context& context);
 void addConvertCommand(CLI::App& app, Context& context);
 void addInformationCommand(CLI::App& app, Context& context);
+void addKeynameCommand(CLI::App& app, Context& context);
+void addKeytableCommand(CLI::App& app, Context& context);
 
 }  // namespace veltrix::ctl

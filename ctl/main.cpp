@@ -33,6 +33,8 @@ int run(int argc, char** argv) {
   addMergeCommand(app, context);
   addConvertCommand(app, context);
   addInformationCommand(app, context);
+  addKeynameCommand(app, context);
+  addKeytableCommand(app, context);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
