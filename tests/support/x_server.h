@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/support/child_process.h"
+
+namespace veltrix::testing {
+
+// An X server of its own without a screen that anybody sees. It ends with the object.
+class XServer {
+ public:
+  // Waits until it takes clients; the test fails when it does not start.
+  XServer();
+
+  const std::string& display() const { return fDisplay; }  // ":7"; empty when it did not start
+
+  // Gives it a keyboard layout by the arguments of setxkbmap.
+  void setLayout(std::vector<std::string> arguments) const;
+
+ private:
+  ChildProcess fProcess;
+  std::string fDisplay;
+};
+
+}  // namespace veltrix::testing
