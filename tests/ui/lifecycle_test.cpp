@@ -192,6 +192,17 @@ TEST_F(LifecycleTest, WithoutAnySettingsTheControlsKeepTheirDesignedState) {
   EXPECT_EQ(pane->mainView()->findChild<QPushButton*>("outScrollButtonAdvanced"), nullptr);
 }
 
+TEST_F(LifecycleTest, WithoutAnySettingsNothingIsSavedOrAnnounced) {
+  std::filesystem::remove(home / "bundle/DefaultSettings.plist");
+  plug({{0x1020, 0x0102}});
+  openPane();
+  log.clear();
+  emit notifications.applicationDidResignActive();
+  pane->willUnselect();
+  EXPECT_THAT(log, ElementsAre("VXR0"));
+  EXPECT_TRUE(userFile().isNull());
+}
+
 TEST_F(LifecycleTest, MissingArraysAreMadeAndKept) {
   plist::Dictionary document = makeUsualDocument();
   document.remove("snippets");
