@@ -72,9 +72,7 @@ TEST_F(CtlKeyboard, ALayoutThatDoesNotExistIsNamed) {
 }
 
 TEST_F(CtlKeyboard, WithoutALayoutTheDesktopsIsTaken) {
-  testing::ScopedEnvironment display("DISPLAY", std::nullopt);
-  testing::ScopedEnvironment wayland("WAYLAND_DISPLAY", std::nullopt);
-  testing::ScopedEnvironment layout("XKB_DEFAULT_LAYOUT", "fr");
+  fLayout = "fr";
   expectDone({"keyname", "12", "0"}, "a\n");
 }
 
