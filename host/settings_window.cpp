@@ -7,9 +7,9 @@
 #include <QWindow>
 #include <utility>
 
-#include "widgets/picture_icon.h"
 #include "pane/pref_pane.h"
 #include "platform/application_service.h"
+#include "widgets/picture_icon.h"
 
 namespace veltrix {
 namespace {
