@@ -6,8 +6,8 @@
 
 namespace veltrix {
 
-// Gives the texts of interface files their translations out of the bundle's string table. The bundle must
-// outlive it.
+// Gives the texts of interface files their translations out of the bundle's string table; what the toolkit's
+// own classes say is left to the toolkit's translations. The bundle must outlive it.
 class TableTranslator : public QTranslator {
   Q_OBJECT
 
