@@ -8,6 +8,7 @@
 #include <QLocale>
 #include <QSocketNotifier>
 #include <QTimer>
+#include <QTranslator>
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -19,6 +20,7 @@
 #include "helperlink/helper_protocol.h"
 #include "host/color_scheme.h"
 #include "host/settings_window.h"
+#include "host/toolkit_texts.h"
 #include "keyboard/keystroke_application.h"
 #include "pane/pane_services.h"
 #include "platform/application_service.h"
@@ -111,6 +113,10 @@ int runSettingsApplication(int argc, char** argv, ApplicationService* service, c
   QApplication::setLayoutDirection(QLocale().textDirection());
   applyColorScheme(askedColors(application));
   stopOnSignals(&application);
+  QTranslator toolkitTexts;
+  if (loadToolkitTexts(&toolkitTexts, QLocale::system())) {
+    QApplication::installTranslator(&toolkitTexts);
+  }
 
   const Bundle bundle = Bundle::standard();
   SettingsWindow window(bundle, standardPaneServices(bundle));
