@@ -64,6 +64,13 @@ def settings_figures(table, desktop):
     table.add("save ÷ bare write", f"{save / bare:.2f}", "≤ 1.2")
 
 
+def keyboard_figures(table, desktop):
+    figures = micro(desktop, "keyboard_bench")
+    table.add("key tables of a layout", f"{figures['BM_KeyTables'] / 1e3:.0f} µs")
+    table.add("characters of all keys, for names", f"{figures['BM_KeyNames'] / 1e3:.0f} µs")
+    table.add("read a layout by name", f"{figures['BM_ReadLayout'] / 1e6:.1f} ms")
+
+
 def first_paint(desktop, program):
     done = desktop.run([desktop.build / "bench/first_paint", program])
     if done.returncode != 0:
@@ -115,6 +122,7 @@ def main():
     table = Table()
     with Desktop(arguments.build) as desktop:
         settings_figures(table, desktop)
+        keyboard_figures(table, desktop)
         process = desktop.start_helper(SIMULATED)
         helper_figures(table, process)
         poll = micro(desktop, "poll_bench")["BM_Poll"]
