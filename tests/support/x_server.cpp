@@ -17,7 +17,7 @@ XServer::XServer()
       if (end == std::string::npos) {
         break;
       }
-      const auto line = output.substr(start, end - start);
+      auto line = output.substr(start, end - start);
       if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) {
         return line;
       }
