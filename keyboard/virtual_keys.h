@@ -48,7 +48,7 @@ inline constexpr auto kVirtualKeyTable = std::to_array<VirtualKey>({
     // clang-format on
 });
 
-// The keys of the keypad block by name; the codes between them belong to other keys.
+// Keys that rules speak of.
 inline constexpr std::uint8_t kVirtualKeypadClear = 71;
 inline constexpr std::uint8_t kVirtualEscape = 53;
 inline constexpr std::uint8_t kVirtualApplication = 110;
