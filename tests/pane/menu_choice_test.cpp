@@ -47,11 +47,14 @@ TEST_F(MenuChoiceTest, ButtonZeroBecomesTheClickWhenNoOtherButtonIsOne) {
 }
 
 TEST_F(MenuChoiceTest, ButtonZeroKeepsItsCommandWhileAnotherButtonIsTheClick) {
-  put(2, action(1));
-  const MenuChoice choice = menuChoice(entry, 0);
-  EXPECT_EQ(choice.command, 100);
-  EXPECT_TRUE(choice.enabled);
-  EXPECT_EQ(at(0).int32For("cmd"), 100);
+  for (const std::int32_t other : {1, 2, 3}) {
+    put(other, action(1));
+    const MenuChoice choice = menuChoice(entry, 0);
+    EXPECT_EQ(choice.command, 100) << other;
+    EXPECT_TRUE(choice.enabled);
+    EXPECT_EQ(at(0).int32For("cmd"), 100);
+    put(other, action(100 + other));
+  }
 }
 
 TEST_F(MenuChoiceTest, AClickOnAChordDoesNotCountAsThePlainClick) {
