@@ -11,12 +11,20 @@
 namespace veltrix {
 namespace {
 
-constexpr int kRows = 11;             // that a column would like to show
+constexpr int kRows = 10;           // that a column would like to show
+constexpr double kRowHeight = 1.4;  // in lines of text: large targets are kind to aching hands
+constexpr int kLeastRows = 4;
+constexpr int kLeastWidth = 14;  // in lines of text
+constexpr int kGreatestWidth = 24;
 constexpr double kQuietShare = 0.35;  // of the highlight in a selection without the focus
 
 QColor mixed(const QColor& a, const QColor& b, double share) {
   const auto mix = [share](double x, double y) { return static_cast<float>(x * share + y * (1 - share)); };
   return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()), mix(a.blueF(), b.blueF()));
+}
+
+int rowHeight(const QFontMetrics& metrics) {
+  return static_cast<int>(metrics.height() * kRowHeight);
 }
 
 // Both columns have a selection; only the one where keys go shows it in full colour.
@@ -34,21 +42,34 @@ class RowDelegate : public QStyledItemDelegate {
         option.palette.setColor(group, QPalette::HighlightedText, fView->palette().color(QPalette::Text));
       }
     }
-    QStyledItemDelegate::paint(painter, option, index);
-    if (fBranches) {
-      paintArrow(painter, option);
+    if (!fBranches) {
+      QStyledItemDelegate::paint(painter, option, index);
+      return;
     }
+    // The title ends before the arrow, the background goes on below it.
+    QStyleOptionViewItem background = option;
+    initStyleOption(&background, index);
+    background.text.clear();
+    fView->style()->drawControl(QStyle::CE_ItemViewItem, &background, painter, fView);
+    const int room = arrowSide(option);
+    option.rect.adjust(option.direction == Qt::RightToLeft ? room : 0, 0,
+                       option.direction == Qt::RightToLeft ? 0 : -room, 0);
+    QStyledItemDelegate::paint(painter, option, index);
+    paintArrow(painter, background);
   }
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const QSize size = QStyledItemDelegate::sizeHint(option, index);
     const int line = option.fontMetrics.height();
-    return {size.width() + (fBranches ? line : line / 2), std::max(size.height(), line * 5 / 4)};
+    return {size.width() + (fBranches ? arrowSide(option) : 0) + line / 2,
+            std::max(size.height(), rowHeight(option.fontMetrics))};
   }
 
  private:
+  static int arrowSide(const QStyleOptionViewItem& item) { return item.fontMetrics.height() * 2 / 3; }
+
   void paintArrow(QPainter* painter, const QStyleOptionViewItem& item) const {
-    const int side = item.fontMetrics.height() * 2 / 3;
+    const int side = arrowSide(item);
     const bool mirrored = item.direction == Qt::RightToLeft;
     QStyleOption arrow;
     arrow.palette = item.palette;
@@ -79,13 +100,17 @@ BrowserColumn::BrowserColumn(bool branches, QWidget* parent)
   setUniformItemSizes(true);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   setTextElideMode(Qt::ElideRight);
-  const auto tell = [this] {
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
     if (!fQuiet) {
+      fToldAtPress = true;
       emit chosen();
     }
-  };
-  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, tell);
-  connect(this, &QListView::clicked, this, tell);
+  });
+  connect(this, &QListView::clicked, this, [this] {
+    if (!fToldAtPress) {
+      emit chosen();
+    }
+  });
 }
 
 int BrowserColumn::rowCount() const {
@@ -104,6 +129,14 @@ int BrowserColumn::selectedRow() const {
 void BrowserColumn::setTitles(const QStringList& titles) {
   const QScopedValueRollback quiet(fQuiet, true);
   fTitles->setStringList(titles);
+}
+
+void BrowserColumn::setTypicalTitles(const QStringList& titles) {
+  fTypicalWidth = 0;
+  for (const QString& title : titles) {
+    fTypicalWidth = std::max(fTypicalWidth, fontMetrics().horizontalAdvance(title));
+  }
+  updateGeometry();
 }
 
 void BrowserColumn::renameRows(const QStringList& titles) {
@@ -145,6 +178,11 @@ QItemSelectionModel::SelectionFlags BrowserColumn::selectionCommand(const QModel
   return command;
 }
 
+void BrowserColumn::mousePressEvent(QMouseEvent* event) {
+  fToldAtPress = false;
+  QListView::mousePressEvent(event);
+}
+
 void BrowserColumn::keyPressEvent(QKeyEvent* event) {
   const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   if (plain && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
@@ -155,9 +193,15 @@ void BrowserColumn::keyPressEvent(QKeyEvent* event) {
 }
 
 QSize BrowserColumn::sizeHint() const {
-  const int row = std::max(sizeHintForRow(0), fontMetrics().height() * 5 / 4);
-  const int width = sizeHintForColumn(0) + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
-  return {std::max(width, fontMetrics().height() * 12), row * kRows + 2 * frameWidth()};
+  const int line = fontMetrics().height();
+  const int titles = fTypicalWidth > 0 ? fTypicalWidth + line : sizeHintForColumn(0);
+  const int width = titles + verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
+  return {std::clamp(width, line * kLeastWidth, line * kGreatestWidth),
+          rowHeight(fontMetrics()) * kRows + 2 * frameWidth()};
+}
+
+QSize BrowserColumn::minimumSizeHint() const {
+  return {fontMetrics().height() * kLeastWidth / 2, rowHeight(fontMetrics()) * kLeastRows};
 }
 
 }  // namespace veltrix

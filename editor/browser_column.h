@@ -25,13 +25,17 @@ class BrowserColumn : public QListView {
   // The same rows under other names.
   void renameRows(const QStringList& titles);
 
+  // The column wishes to be as wide as the widest of these titles, within reason; else as its own.
+  void setTypicalTitles(const QStringList& titles);
+
   // Selects a row and brings it into view without sending chosen(); nothing outside the rows.
   void selectRow(int row);
 
   QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
 
  signals:
-  // A person selected a row, or clicked the selected one.
+  // A person selected a row, or clicked the selected one; once for each click.
   void chosen();
   // A key that leads to the column before (-1) or after (1) this one.
   void left(int direction);
@@ -39,6 +43,7 @@ class BrowserColumn : public QListView {
  protected:
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
+  void mousePressEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
@@ -46,7 +51,9 @@ class BrowserColumn : public QListView {
   void showSelection();
 
   QStringListModel* fTitles;
-  bool fQuiet = false;
+  int fTypicalWidth = 0;
+  bool fQuiet = false;        // the program selects
+  bool fToldAtPress = false;  // the click that is going on has been told about
 };
 
 }  // namespace veltrix

@@ -10,7 +10,7 @@
 namespace veltrix {
 namespace {
 
-constexpr int kWidthInLines = 10;
+constexpr int kWidthInLines = 11;
 constexpr int kHeightInLines = 12;
 constexpr int kSmallestWidthInLines = 6;
 

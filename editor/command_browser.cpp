@@ -8,21 +8,13 @@
 #include "editor/browser_column.h"
 
 namespace veltrix {
-namespace {
-
-constexpr int kCategoriesStretch = 2;
-constexpr int kCommandsStretch = 3;
-
-}  // namespace
-
 CommandBrowser::CommandBrowser(QWidget* parent)
     : QWidget(parent), fCategories(new BrowserColumn(true, this)), fCommands(new BrowserColumn(false, this)) {
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(0, 0, 0, 0);
-  grid->setColumnStretch(0, kCategoriesStretch);
-  grid->setColumnStretch(1, kCommandsStretch);
+  grid->setColumnStretch(kCommands, 1);
   grid->setRowStretch(1, 1);
-  const QString captions[] = {tr("C&ategory:"), tr("Co&mmand:")};
+  const QString captions[] = {tr("Cate&gory:"), tr("Co&mmand:")};
   const QString names[] = {tr("Categories of commands"), tr("Commands of the category")};
   for (const int number : {kCategories, kCommands}) {
     auto* label = new QLabel(captions[number], this);
@@ -49,11 +41,15 @@ CommandBrowser::CommandBrowser(QWidget* parent)
 void CommandBrowser::setTree(const CommandTree* tree, Localize localize) {
   fTree = tree;
   fLocalize = std::move(localize);
-  QStringList titles;
+  QStringList categories;
+  QStringList commands;
   for (std::int32_t category = 0; category < fTree->categoryCount(); ++category) {
-    titles << QString::fromStdString(fTree->categoryTitle(category, fLocalize));
+    categories << QString::fromStdString(fTree->categoryTitle(category, fLocalize));
+    commands << commandTitles(category);
   }
-  fCategories->setTitles(titles);
+  fCategories->setTitles(categories);
+  fCategories->updateGeometry();
+  fCommands->setTypicalTitles(commands);
   fSelectedColumn = -1;
   showCommands();
 }
@@ -64,21 +60,21 @@ void CommandBrowser::setSnippets(const plist::Array& snippets) {
 }
 
 void CommandBrowser::refreshTitles() {
-  fCommands->renameRows(commandTitles());
+  fCommands->renameRows(commandTitles(fShownCategory));
 }
 
-QStringList CommandBrowser::commandTitles() const {
+QStringList CommandBrowser::commandTitles(std::int32_t category) const {
   QStringList titles;
-  const std::int32_t count = fShownCategory < 0 ? 0 : fTree->commandCount(fShownCategory);
+  const std::int32_t count = category < 0 ? 0 : fTree->commandCount(category);
   for (std::int32_t row = 0; row < count; ++row) {
-    titles << QString::fromStdString(fTree->commandTitle(fShownCategory, row, fSnippets, fLocalize));
+    titles << QString::fromStdString(fTree->commandTitle(category, row, fSnippets, fLocalize));
   }
   return titles;
 }
 
 void CommandBrowser::showCommands() {
   fShownCategory = fCategories->selectedRow();
-  fCommands->setTitles(commandTitles());
+  fCommands->setTitles(commandTitles(fShownCategory));
 }
 
 void CommandBrowser::chose(int column) {

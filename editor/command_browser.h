@@ -51,7 +51,7 @@ class CommandBrowser : public QWidget {
  private:
   void chose(int column);
   void showCommands();
-  QStringList commandTitles() const;
+  QStringList commandTitles(std::int32_t category) const;
 
   const CommandTree* fTree = nullptr;
   Localize fLocalize;

@@ -12,6 +12,7 @@
 namespace veltrix {
 namespace {
 
+using testing::makeCommandTree;
 using testing::makeTreeOfAllKinds;
 
 constexpr std::uint32_t kSystem = 0x1090;
@@ -74,12 +75,12 @@ TEST_F(CommandBrowserTest, ACategoryWithoutCommandsHasCommandZero) {
 
 TEST_F(CommandBrowserTest, TellsInWhichColumnARowWasChosen) {
   click(0, 2);
-  EXPECT_FALSE(fBrowsed.isEmpty());
+  EXPECT_EQ(fBrowsed.count(), 1);
   EXPECT_EQ(fBrowser.selectedColumn(), 0);
   EXPECT_EQ(column(1).title(0), "Scroll Up");
   fBrowsed.clear();
   click(1, 1);
-  EXPECT_FALSE(fBrowsed.isEmpty());
+  EXPECT_EQ(fBrowsed.count(), 1);
   EXPECT_EQ(fBrowser.selectedColumn(), 1);
   EXPECT_EQ(fBrowser.selectedCommand(), 23);
 }
@@ -116,6 +117,20 @@ TEST_F(CommandBrowserTest, TheKeysGoToTheCategoriesWhileNoCommandIsShown) {
   fBrowser.focusCommands();
   EXPECT_TRUE(column(0).hasFocus());
   EXPECT_EQ(fBrowser.selectedRow(0), -1);
+}
+
+TEST_F(CommandBrowserTest, HasRoomForEveryTitle) {
+  const QString longest = "A command whose title is longer";
+  const CommandTree tree(makeCommandTree({{"A category whose title is long", {{1, "A"}}},
+                                          {"Other", {{2, longest.toUtf8().constData()}}}}),
+                         kSystem);
+  fBrowser.setTree(&tree, [](std::string_view key) { return std::string(key); });
+  for (const int number : {0, 1}) {
+    select(number, 0);
+    const QString title = number == 0 ? column(0).title(0) : longest;
+    EXPECT_GT(column(number).sizeHint().width(), column(number).fontMetrics().horizontalAdvance(title));
+    EXPECT_GE(fBrowser.sizeHint().width(), column(0).sizeHint().width() + column(1).sizeHint().width());
+  }
 }
 
 TEST_F(CommandBrowserTest, AnEmptyTreeIsAnEmptyBrowser) {
