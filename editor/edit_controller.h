@@ -2,23 +2,31 @@
 
 #include <QObject>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "actions/command_tree.h"
+#include "editor/chosen_application.h"
 #include "editor/editor_host.h"
 #include "keyboard/keystroke_receiver.h"
 #include "platform/bundle.h"
 #include "platform/property_list.h"
 
-class QDialog;
-class QLineEdit;
-class QPlainTextEdit;
 class QWidget;
 
 namespace veltrix {
 struct EditOutlets;
+
+// The sheets in which applications and items are chosen; `parent` is the editor's window. Nothing comes back
+// when the person cancelled. While a sheet runs, the action may become another.
+struct EditChoosers {
+  std::function<std::optional<ChosenApplication>(QWidget* parent)> chooseApplication;
+  std::function<std::optional<std::string>(QWidget* parent)> chooseItem;  // an absolute path
+};
 }  // namespace veltrix
 
 // The dialog in which a person sets what one button does. It works on a copy of the button's action, which
@@ -36,7 +44,7 @@ class VeltrixEditController : public QObject, public veltrix::KeystrokeReceiver 
 
   // Edits the action of a button of the device entry `forSettings`. True when the person confirmed, and the
   // entry then holds the new action; false without a dialog when the button has no action.
-  bool editButtonAction(std::int32_t button, veltrix::plist::Dictionary forSettings,
+  bool editButtonAction(std::int32_t button, const veltrix::plist::Dictionary& forSettings,
                         veltrix::plist::Array andSnippets);
 
   // The first place of a command in the tree, in outputs that may each be null: -1 and no title when it is
@@ -52,20 +60,44 @@ class VeltrixEditController : public QObject, public veltrix::KeystrokeReceiver 
   // The copy that is being edited; null before the first opening.
   veltrix::plist::Dictionary vtxGetCurrentAction() const { return fEditActionDict; }
 
+  // Shows the action in the controls; nothing before the first opening.
   void vtxGetUIFromSettings();
+
+  // Takes the selected command and its parameters into the action. With `reset` the parameters start afresh,
+  // whatever the controls say.
   void vtxGetSettingsFromUI(bool reset);
+
+  // The actions of controls.
+  void actUpdateSettings(QObject* sender);  // a control of a parameter page
+  void actBrowser();
+  void actButtonChooseApp();
+  void actButtonChooseItem();
+  void controlTextDidChange(QWidget* field);
+
+  // In place of the real sheets.
+  void setChoosers(veltrix::EditChoosers choosers) { fChoosers = std::move(choosers); }
 
   bool vtxOverrideKeysIsActive() const override;
   void vtxReceiveKeystroke(std::uint8_t keyCode, char16_t withCharacter, std::uint16_t andModifiers) override;
 
  private:
+  void loadInterface();
+  void connectActions();
+  void selectTabs(std::int32_t button);
+  void showParameters(std::int32_t command);
+  void showSnippet(std::int32_t index);
+  void editSnippet(QWidget* field);
+  std::string localized(std::string_view key) const;
+
   const veltrix::Bundle& fBundle;
   veltrix::EditorHost* fHost;
   QWidget* fParent;
   veltrix::CommandTree fTree;
-  std::unique_ptr<veltrix::EditOutlets> fOutlets;
+  veltrix::EditChoosers fChoosers;
+  std::unique_ptr<veltrix::EditOutlets> fOutlets;  // null before the first opening
   veltrix::plist::Dictionary fEditActionDict;
   veltrix::plist::Array fSnippetsArray;
+  bool fShows = false;  // the controls are being filled; what they report is no doing of a person
 };
 
 extern VeltrixEditController* gVeltrixEditController;  // the one instance; null before it is made
