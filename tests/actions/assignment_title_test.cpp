@@ -118,6 +118,7 @@ TEST(AssignmentTitle, EachPartOfAUrlGoesOnlyWhenSomethingIsLeft) {
   EXPECT_EQ(titleOfUrl("http://www."), "www.");
   EXPECT_EQ(titleOfUrl("www./"), "/");
   EXPECT_EQ(titleOfUrl("www.x"), "x");
+  EXPECT_EQ(titleOfUrl("x/"), "x");
   EXPECT_EQ(titleOfUrl("example.org//"), "example.org/");
 }
 
