@@ -3,7 +3,10 @@
 #include <QObject>
 #include <array>
 #include <cstdint>
+#include <span>
+#include <vector>
 
+#include "editor/editor_host.h"
 #include "helperlink/device_list.h"
 #include "pane/page_tables.h"
 #include "pane/pane_services.h"
@@ -16,9 +19,13 @@ class QCheckBox;
 class QDialog;
 class QTabWidget;
 class QWidget;
+class VeltrixEditController;
+class VeltrixParamController;
 class VeltrixPrefPane;
 
 namespace veltrix {
+class AssignmentMenu;
+struct MenuChoice;
 struct Outlets;
 }  // namespace veltrix
 
@@ -26,7 +33,7 @@ struct Outlets;
 // entry, to the file, and as a message to the helper. Methods named act... are the actions of controls,
 // fields named out... are the controls; a control whose change has to be followed by others carries the tag
 // kRefreshTag. On the main thread only.
-class VeltrixController : public QObject, public veltrix::SettingsStore {
+class VeltrixController : public QObject, public veltrix::SettingsStore, public veltrix::EditorHost {
   Q_OBJECT
 
  public:
@@ -35,6 +42,9 @@ class VeltrixController : public QObject, public veltrix::SettingsStore {
   // The pane and the outlets must outlive the controller.
   VeltrixController(VeltrixPrefPane* pane, veltrix::Outlets* outlets, const veltrix::PaneServices& services);
   ~VeltrixController() override;
+
+  // The editors, which must outlive the controller; before awakeFromNib.
+  void connectEditors(VeltrixEditController* edit, VeltrixParamController* params);
 
   // Lifecycle.
   void awakeFromNib();  // once, when all widgets have been made
@@ -49,11 +59,18 @@ class VeltrixController : public QObject, public veltrix::SettingsStore {
   void vtxGetSettingsFromUI();  // does not save
   void vtxUpdateRestoreButton();
 
+  // The menus of the buttons. `forAssignment` is the number of the button that the menu belongs to.
+  void vtxUpdateMenu(veltrix::AssignmentMenu* menu, std::int32_t forAssignment);
+  void vtxGetButtonAssignment(veltrix::plist::Dictionary action, veltrix::AssignmentMenu* fromMenu);
+  void actUpdateSettingsFromBtnMenu();
+  void actEditAssignment(std::int32_t button);
+
   // Tabs. Indices are those of all four root tabs, shown or not.
   void vtxSaveTabs();
   bool vtxShowHideTab(std::int16_t index, bool visible);  // true when something changed
   void tabView(QTabWidget* tabView, int didSelectTabViewItem);
-  std::int32_t vtxCurAssignmentTabIndex(std::int32_t button) const;
+  std::int32_t vtxCurDeviceTabIndex() const override { return SettingsStore::vtxCurDeviceTabIndex(); }
+  std::int32_t vtxCurAssignmentTabIndex(std::int32_t button) const override;
 
   // Devices.
   void vtxUpdateDeviceList(const VeltrixDeviceList* list);
@@ -65,13 +82,14 @@ class VeltrixController : public QObject, public veltrix::SettingsStore {
   void actButtonSaveInformation();  // the document as it stands, saved or not, goes into the report
   void actButtonOpenLink(QObject* sender);
   void actScrollMatrixDirection();
+  void actButtonEditScrollParams();
   void vtxUpdateHelpLabels();
 
   // Runs `window` as a sheet of the pane's window and returns when it is closed: 1 for OK, 0 for Cancel
   // (closing it in another way is that, too), -1000 at once without a window.
-  std::int32_t modalDialog(QDialog* window);
-  void actModalButtonOK();
-  void actModalButtonCancel();
+  std::int32_t modalDialog(QDialog* window) override;
+  void actModalButtonOK() override;
+  void actModalButtonCancel() override;
   bool dialogRuns() const { return fModalWindow != nullptr; }
 
  private:
@@ -80,7 +98,23 @@ class VeltrixController : public QObject, public veltrix::SettingsStore {
     QString title;
   };
 
+  static constexpr std::size_t kMostMenus = 6;
+  static constexpr std::size_t kButtonGroups = 6;
+  using ButtonMenus = std::array<veltrix::AssignmentMenu*, kMostMenus>;
+
+  struct ButtonMenu {
+    veltrix::AssignmentMenu* menu;
+    std::int32_t button;
+  };
+
   void connectActions();
+  void connectCommands();
+  void fillButtonGroups();
+  void copyTemplateMenu();
+  std::vector<ButtonMenu> currentMenus() const;
+  void fillButtonMenus();
+  void readButtonMenus();
+  QString titleOf(const veltrix::MenuChoice& choice) const;
   void fillPointerControls(const veltrix::plist::Dictionary& options);
   void fillScrollingTab();
   void fillScrollingControls(const veltrix::plist::Dictionary& options);
@@ -103,6 +137,13 @@ class VeltrixController : public QObject, public veltrix::SettingsStore {
   veltrix::PaneServices fServices;
   std::array<RootTabItem, veltrix::kRootTabCount> fRootTabItems;
   std::array<bool, veltrix::kRootTabCount> fRootTabVisible{};
+  VeltrixEditController* outControllerEdit = nullptr;
+  VeltrixParamController* outControllerParams = nullptr;
+  ButtonMenus fDev1ButtonMenu{}, fDev2ButtonMenu{}, fDev3ButtonMenu{};
+  ButtonMenus fDev4ButtonMenu{}, fDev5ButtonMenu{}, fDev6ButtonMenu{};
+  std::array<ButtonMenus*, kButtonGroups> fButtonMenuList{};
+  std::array<std::span<const std::int32_t>, kButtonGroups> fButtonIndexList;
+  std::array<std::int32_t, kButtonGroups> fButtonMenuCount{};
   QDialog* fModalWindow = nullptr;
   bool fReadsControls = false;
 };

@@ -2,6 +2,7 @@
 #include <QScopedValueRollback>
 #include <string>
 
+#include "editor/param_controller.h"
 #include "pane/controller.h"
 #include "pane/device_report.h"
 #include "pane/links.h"
@@ -49,6 +50,13 @@ void VeltrixController::actButtonOpenLink(QObject* sender) {
 
 // The direction is read with all other controls.
 void VeltrixController::actScrollMatrixDirection() {}
+
+// No control shows these parameters, so nothing is filled again.
+void VeltrixController::actButtonEditScrollParams() {
+  if (outControllerParams->editScrollParams(fCurSettingsDict)) {
+    vtxSavePrefsToFile(fPrefsDict);
+  }
+}
 
 void VeltrixController::vtxUpdateHelpLabels() {
   QLabel* const label = fOutlets->help.outHelpLabelVersion;

@@ -32,6 +32,7 @@ std::uint32_t maskOf(const std::array<QAbstractButton*, 4>& buttons) {
 
 // Order matters where tabs come and go: what the user looks at is noted before the scrolling tab is touched.
 void VeltrixController::vtxGetUIFromSettings() {
+  fillButtonMenus();
   const Dictionary options = fCurSettingsDict.dictionaryFor("options");
   vtxShowHideTab(veltrix::kPointerRootTab, veltrix::pointerTabVisible(fCurDeviceTab));
   fillPointerControls(options);
@@ -95,6 +96,7 @@ void VeltrixController::vtxGetSettingsFromUI() {
   }
   const QScopedValueRollback<bool> reading(fReadsControls, true);
   fCurSettingsDict.set("driver enabled", true);
+  readButtonMenus();
   const Dictionary options = fCurSettingsDict.dictionaryFor("options");
   readPointerControls(options);
   readScrollingControls(options);

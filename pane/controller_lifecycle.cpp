@@ -1,6 +1,7 @@
 #include <QTimer>
 
 #include "helperlink/helper_protocol.h"
+#include "keyboard/key_names.h"
 #include "pane/controller.h"
 #include "pane/outlets.h"
 #include "pane/pref_pane.h"
@@ -27,11 +28,21 @@ VeltrixController::~VeltrixController() {
   }
 }
 
+void VeltrixController::connectEditors(VeltrixEditController* edit, VeltrixParamController* params) {
+  outControllerEdit = edit;
+  outControllerParams = params;
+}
+
 void VeltrixController::awakeFromNib() {
   gVeltrixController = this;
+  // Without a keyboard layout the names of keys stay what they are.
+  GetKeyboardInformation(gVeltrixBundle, veltrix::kStringTable);
   vtxSaveTabs();
   fOutlets->main.outMainTabsRoot->setCurrentIndex(0);
+  fillButtonGroups();
+  copyTemplateMenu();
   connectActions();
+  connectCommands();
   // No trackball is known yet: the first entry, and the page without a device, until the first poll.
   std::uint32_t deviceTab = 0;
   fCurSettingsIndex = vtxFindSettingsForDevice(0, &deviceTab);
@@ -107,6 +118,11 @@ void VeltrixController::connectActions() {
   });
   connect(fOutlets->main.outMainMatrixDevices, &veltrix::CellMatrix::chosen, this,
           &VeltrixController::actSelectDevice);
+  QTabWidget* const tabs = fOutlets->main.outMainTabsRoot;
+  connect(tabs, &QTabWidget::currentChanged, this, [this, tabs](int index) { tabView(tabs, index); });
+}
+
+void VeltrixController::connectCommands() {
   connect(fOutlets->main.buttonRestoreDefaults, &QAbstractButton::clicked, this,
           &VeltrixController::actButtonRestoreDefaults);
   connect(fOutlets->help.buttonSaveInformation, &QAbstractButton::clicked, this,
@@ -116,8 +132,8 @@ void VeltrixController::connectActions() {
                                                                        help.buttonUninstall}) {
     connect(link, &QAbstractButton::clicked, this, [this, link] { actButtonOpenLink(link); });
   }
+  connect(fOutlets->scrolling.outScrollButtonAdvanced, &QAbstractButton::clicked, this,
+          &VeltrixController::actButtonEditScrollParams);
   connect(fOutlets->warning.buttonAccessibilityOK, &QAbstractButton::clicked, this,
           &VeltrixController::actModalButtonOK);
-  QTabWidget* const tabs = fOutlets->main.outMainTabsRoot;
-  connect(tabs, &QTabWidget::currentChanged, this, [this, tabs](int index) { tabView(tabs, index); });
 }

@@ -72,11 +72,6 @@ ButtonPicture* buttonPicture(const Outlets& outlets, std::int32_t deviceTab) {
 void finishButtonPages(Outlets* outlets) {
   makeHeading(outlets->buttons.labelNoDevice);
   setHeightInLines(outlets->buttons.pictureNoDevice, kNoDeviceLines);
-  for (std::int32_t deviceTab = kFirstModelTab; deviceTab <= kLastModelTab; ++deviceTab) {
-    for (const std::int32_t number : buttonNumbers(deviceTab)) {
-      buttonPicture(*outlets, deviceTab)->addCallout(number);
-    }
-  }
 }
 
 void finishSliders(Outlets* outlets) {

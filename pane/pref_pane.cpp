@@ -7,6 +7,9 @@
 #include <string>
 #include <utility>
 
+#include "editor/edit_controller.h"
+#include "editor/param_controller.h"
+#include "keyboard/keystroke_capture.h"
 #include "pane/controller.h"
 #include "pane/host_notifications.h"
 #include "pane/outlets.h"
@@ -48,6 +51,7 @@ VeltrixPrefPane::VeltrixPrefPane(veltrix::Bundle bundle, veltrix::PaneServices s
 }
 
 VeltrixPrefPane::~VeltrixPrefPane() {
+  setTakesKeystrokes(false);
   outControllerVeltrix.reset();
   delete fMainView;
   if (gVeltrixPrefPane == this) {
@@ -63,6 +67,12 @@ QWidget* VeltrixPrefPane::loadMainView() {
   fOutlets = std::make_unique<veltrix::Outlets>();
   veltrix::makeInterface(fMainView, fOutlets.get());
   outControllerVeltrix = std::make_unique<VeltrixController>(this, fOutlets.get(), fServices);
+  // The editors know the controller as their host and it knows them, so they meet only when all are there.
+  outControllerVeltrixEdit = std::make_unique<VeltrixEditController>(fBundle, outControllerVeltrix.get(),
+                                                                     fMainView, fServices.systemVersion());
+  outControllerVeltrixParams =
+      std::make_unique<VeltrixParamController>(outControllerVeltrix.get(), fMainView);
+  outControllerVeltrix->connectEditors(outControllerVeltrixEdit.get(), outControllerVeltrixParams.get());
   outControllerVeltrix->awakeFromNib();
   // The keys begin where the pages are chosen.
   fMainView->setFocusProxy(fOutlets->main.outMainTabsRoot->tabBar());
@@ -78,6 +88,7 @@ void VeltrixPrefPane::mainViewDidLoad() {
 }
 
 void VeltrixPrefPane::didSelect() {
+  setTakesKeystrokes(true);
   vtxCheckDevices();
   fDeviceCheckTimer.start();
   outControllerVeltrix->vtxPrefPaneDidSelect();
@@ -91,6 +102,16 @@ void VeltrixPrefPane::willUnselect() {
   fNotifications->disconnect(this);
   outControllerVeltrix->vtxPrefPaneWillUnselect();
   fDeviceCheckTimer.stop();
+  setTakesKeystrokes(false);
+}
+
+// Every exchange counts, so a host that ends without leaving the pane must not leave keys to an editor that
+// is gone.
+void VeltrixPrefPane::setTakesKeystrokes(bool takes) {
+  if (takes != fTakesKeystrokes) {
+    fTakesKeystrokes = takes;
+    VeltrixSwapNSAppMethods(takes ? outControllerVeltrixEdit.get() : nullptr);
+  }
 }
 
 void VeltrixPrefPane::sysPrefWindowDidBecomeKey() {

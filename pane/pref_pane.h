@@ -13,6 +13,8 @@
 #include "platform/bundle.h"
 
 class VeltrixController;
+class VeltrixEditController;
+class VeltrixParamController;
 
 namespace veltrix {
 class HostNotifications;
@@ -57,6 +59,7 @@ class VeltrixPrefPane : public QObject {
  private:
   VeltrixPrefPane(veltrix::Bundle bundle, veltrix::PaneServices services,
                   veltrix::HostNotifications* notifications);
+  void setTakesKeystrokes(bool takes);
 
   veltrix::Bundle fBundle;
   veltrix::PaneServices fServices;
@@ -64,10 +67,13 @@ class VeltrixPrefPane : public QObject {
   std::unique_ptr<veltrix::TableTranslator> fTranslator;
   QPointer<QWidget> fMainView;
   std::unique_ptr<veltrix::Outlets> fOutlets;
+  std::unique_ptr<VeltrixEditController> outControllerVeltrixEdit;
+  std::unique_ptr<VeltrixParamController> outControllerVeltrixParams;
   std::unique_ptr<VeltrixController> outControllerVeltrix;
   QTimer fDeviceCheckTimer;
   std::int16_t fDeviceCount = -1;
   bool fPanelIsFront = false;
+  bool fTakesKeystrokes = false;
   VeltrixDeviceList fDeviceList{};
 };
 

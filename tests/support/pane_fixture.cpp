@@ -1,5 +1,6 @@
 #include "tests/support/pane_fixture.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDialog>
 #include <QScrollArea>
@@ -12,6 +13,7 @@
 #include <utility>
 
 #include "helperlink/device_kinds.h"
+#include "platform/bundle.h"
 #include "tests/support/property_list_files.h"
 
 namespace veltrix::testing {
@@ -81,7 +83,13 @@ plist::Dictionary makeUsualDocument() {
 }
 
 PaneTest::PaneTest() {
+  // Names of keys are those of one layout, whatever desktop the test runs on.
+  qunsetenv("DISPLAY");
+  qunsetenv("WAYLAND_DISPLAY");
+  qputenv("XKB_DEFAULT_LAYOUT", "us");
   writeDefaults(makeUsualDocument());
+  std::filesystem::copy_file(Bundle::standard().pathForResource("Assignments", "plist"),
+                             home / "bundle/Assignments.plist");
 }
 
 PaneTest::~PaneTest() {
@@ -233,6 +241,17 @@ void PaneTest::press(const char* name, Qt::Key key) const {
   }
   widget->setFocus();
   QTest::keyClick(widget, key);
+}
+
+void PaneTest::choose(AssignmentMenu* menu, std::int32_t tag) {
+  ASSERT_TRUE(menu->isVisible() && menu->isEnabled());
+  const int index = menu->findData(tag);
+  ASSERT_GE(index, 0) << "no item of tag " << tag;
+  menu->showPopup();
+  QAbstractItemView* const view = menu->view();
+  view->scrollTo(menu->model()->index(index, 0));
+  const QRect item = view->visualRect(menu->model()->index(index, 0));
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, item.center());
 }
 
 std::vector<int> PaneTest::rootTabs() const {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "helperlink/device_list.h"
+#include "pane/assignment_menu.h"
 #include "pane/controller.h"
 #include "pane/host_notifications.h"
 #include "pane/pref_pane.h"
@@ -69,6 +70,9 @@ class PaneTest : public ::testing::Test {
   void click(const char* name) const;
   void press(const char* name, Qt::Key key) const;
   void openRootTab(int identifier) const;
+
+  // Opens the menu of a button and clicks the item of that tag.
+  static void choose(AssignmentMenu* menu, std::int32_t tag);
 
   bool isChecked(const char* name) const { return find<QAbstractButton>(name)->isChecked(); }
   bool isEnabled(const char* name) const { return find(name)->isEnabled(); }
