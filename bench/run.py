@@ -94,6 +94,15 @@ def window_figures(table, desktop, rounds):
     table.add("memory ÷ minimal window", f"{pss_a / pss_b:.2f}", "≤ 1.5")
 
 
+def editor_figures(table, desktop):
+    done = desktop.run([desktop.build / "bench/editor_bench"])
+    if done.returncode != 0:
+        sys.exit(f"bench: editor_bench: {done.stderr}")
+    first, again = done.stdout.split()
+    table.add("action editor, first opening to first paint", f"{float(first):.1f} ms", "< 50 ms")
+    table.add("action editor, later openings", f"{float(again):.1f} ms", "< 50 ms")
+
+
 def switches(pid):
     total = 0
     for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
@@ -128,6 +137,7 @@ def main():
         poll = micro(desktop, "poll_bench")["BM_Poll"]
         table.add("poll: find the helper, ask, be answered", f"{poll / 1e3:.0f} µs", "< 200 µs")
         window_figures(table, desktop, arguments.rounds)
+        editor_figures(table, desktop)
     cpu = next((line.split(":")[1].strip() for line in open("/proc/cpuinfo") if line.startswith("model name")), "?")
     print(f"\n{cpu}, {os.cpu_count()} cores, Linux {platform.release()}, {arguments.rounds} rounds of each program\n")
     table.show()
