@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <filesystem>
 
+#include "keyboard/keystroke_application.h"
 #include "tests/support/pane_fixture.h"
 
 namespace veltrix::testing {
@@ -104,6 +105,22 @@ TEST_F(LifecycleTest, TheTimerStillRunsWhenTheHelperHearsGoodbye) {
   };
   pane->willUnselect();
   EXPECT_TRUE(active);
+}
+
+TEST_F(LifecycleTest, KeysAreTakenBeforeTheFirstPollAndGivenBackBehindTheTimer) {
+  makePane();
+  pane->mainViewDidLoad();
+  log.clear();
+  const auto* const application = qobject_cast<KeystrokeApplication*>(qApp);
+  ASSERT_NE(application, nullptr);
+  QObject context;
+  QObject::connect(application, &KeystrokeApplication::captureChanged, &context,
+                   [this] { log.emplace_back(pollTimer()->isActive() ? "keys while polling" : "keys"); });
+  pane->didSelect();
+  EXPECT_THAT(log, ElementsAre("keys", "poll", "VXR1"));
+  log.clear();
+  pane->willUnselect();
+  EXPECT_THAT(log, ElementsAre("VXUp", "VXR0", "keys"));
 }
 
 TEST_F(LifecycleTest, AFailedSaveOnLeavingAnnouncesNothingButSaysGoodbye) {
