@@ -247,5 +247,47 @@ TEST_F(ButtonMenusTest, MenusOfOtherModelsAreLeftAlone) {
   EXPECT_TRUE(find<AssignmentMenu>("outBtnMenuDev2Button1")->isEnabled());
 }
 
+TEST_F(ButtonMenusTest, EveryMenuStoresTheActionOfItsButton) {
+  struct Model {
+    Plugged device;
+    std::size_t entry;  // among those of the product
+    std::vector<std::string> menus;
+  };
+  const std::vector<std::string> four = {"Button1", "Button2", "Button3", "Button4"};
+  const std::vector<std::string> six = {"Button1", "Button2", "Button3", "Button4", "Chord1", "Chord2"};
+  const std::vector<std::string> three = {"Button1", "Button2", "Chord1"};
+  const Model models[] = {{{0x1020, 0x0100}, 0, six},   {{0x2041, 0x0107}, 1, six},
+                          {{0x2041, 0x0106}, 0, four},  {{0x1022, 0x0100}, 0, three},
+                          {{0x2048, 0x0100}, 0, three}, {{0x8002, 0x0100}, 0, three}};
+  // Only clicks, so that each may be given up.
+  plist::Dictionary document = makeUsualDocument();
+  for (const plist::Value& entry : document.arrayFor("devices").items()) {
+    for (const std::int32_t button : {0, 1, 2, 3, 8, 9}) {
+      entry.asDictionary().dictionaryFor("buttons").set(buttonKey(button), withModifiers(1, 0));
+    }
+  }
+  writeUserFile(document);
+  openPane();
+  int group = 0;
+  for (const Model& model : models) {
+    plugAndPoll({});
+    plugAndPoll({model.device});
+    const std::string prefix = "outBtnMenuDev" + std::to_string(++group);
+    for (const std::string& name : model.menus) {
+      SCOPED_TRACE(prefix + name);
+      const std::int32_t button = name.back() - (name.starts_with("Chord") ? '1' - 8 : '1');
+      const auto storedCommand = [&] {
+        const plist::Dictionary entry = userEntry(model.device.productId, model.entry);
+        return entry.dictionaryFor("buttons").dictionaryFor(buttonKey(button)).int32For("cmd");
+      };
+      auto* const menu = find<AssignmentMenu>((prefix + name).c_str());
+      choose(menu, 4);
+      EXPECT_EQ(storedCommand(), 4);
+      choose(menu, 1);
+      EXPECT_EQ(storedCommand(), 1);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace veltrix::testing
