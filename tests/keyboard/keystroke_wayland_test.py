@@ -1,4 +1,4 @@
-#!/ usr / bin / env python3
+#!/usr/bin/env python3
 """Keystrokes in the field under Wayland: with a compositor that lets a window have its keys, and with one that does not.
 
 usage: keystroke_wayland_test.py BUILD_DIR [unittest options]

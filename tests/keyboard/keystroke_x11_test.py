@@ -1,4 +1,4 @@
-#!/ usr / bin / env python3
+#!/usr/bin/env python3
 """Keystrokes in the field under X11, against a window manager with keys of its own.
 
 usage: keystroke_x11_test.py BUILD_DIR [unittest options]
