@@ -10,35 +10,83 @@ from desktop import wait_until  # noqa: E402
 ACCESSIBLE = pathlib.Path(__file__).resolve().parent / "accessible.py"
 APPLICATION = "veltrix-settings"
 
+# Say that they can have the focus, and are parts or surroundings of the control that has it.
+NOT_CONTROLS = ("filler", "page tab", "list item", "table cell", "tree item", "table column header")
+
 
 class Window:
     def __init__(self, desktop, *options, scale=1.0):
         """`scale` is how many pixels of the screen the toolkit takes for one of its own."""
         self.desktop = desktop
         self.scale = scale
+        self._reader = desktop.start(["/usr/bin/python3", "-B", ACCESSIBLE, APPLICATION],
+                                     stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         self.process = desktop.start_window(*options, stderr=subprocess.PIPE, text=True)
         wait_until(lambda: self.shown(role="page tab"), "the window")
 
     def everything(self):
-        done = self.desktop.run(["/usr/bin/python3", "-B", ACCESSIBLE, APPLICATION])
-        if done.returncode != 0:
-            raise AssertionError(done.stderr)
-        return json.loads(done.stdout)
+        """All that is showing; nothing while it changes too fast to be looked at."""
+        self._reader.stdin.write("\n")
+        self._reader.stdin.flush()
+        line = self._reader.stdout.readline()
+        if not line:
+            raise AssertionError("the reader of accessible objects has ended")
+        return json.loads(line) or []
 
-    def shown(self, role=None, name=None):
+    def shown(self, role=None, name=None, label=None):
+        """`label` is the text that stands beside it. Pop-up menus have one, because their name is what they show."""
         return [one for one in self.everything()
-                if (role is None or one["role"] == role) and (name is None or one["name"] == name)]
+                if (role is None or one["role"] == role) and (name is None or one["name"] == name) and
+                (label is None or label in one["labels"])]
 
-    def find(self, role, name):
-        return wait_until(lambda: self.shown(role, name), f"a {role} named {name!r}")[0]
+    def find(self, role, name=None, label=None):
+        return wait_until(lambda: self.shown(role, name, label), f"a {role} named {name!r}, labelled {label!r}")[-1]
 
     def text_shown(self, text):
         return any(text in one["name"] or text in one["text"] for one in self.everything())
 
-    def click(self, role, name, at=0.5):
+    def wait_for_window(self, name):
+        """Waits until that window is the one that keys go to."""
+        wait_until(lambda: any(one["active"] and one["window"] == name for one in self.everything()),
+                   f"the window {name!r}")
+
+    def wait_for_end_of_window(self, name):
+        wait_until(lambda: not any(one["window"] == name for one in self.everything()),
+                   f"the window {name!r} to go")
+
+    def controls(self):
+        """What can be worked with in the active window."""
+        return [one for one in self.everything() if one["active"] and one["role"] not in NOT_CONTROLS and
+                "FOCUSABLE" in one["states"] and "ENABLED" in one["states"]]
+
+    def focused(self):
+        return next((one for one in self.controls() if "FOCUSED" in one["states"]), None)
+
+    def wait_for_focus(self, what, accepts):
+        """Waits until the focus is on a control that `accepts` takes, and returns that."""
+        def there():
+            control = self.focused()
+            return control if control is not None and accepts(control) else None
+        return wait_until(there, what, seconds=10)
+
+    def click(self, role, name=None, at=0.5, label=None, times=1):
         """Clicks with the mouse, `at` of the way from the left edge to the right one."""
-        x, y, width, height = self.find(role, name)["box"]
-        self.xdotool("mousemove", int((x + width * at) * self.scale), int((y + height / 2) * self.scale), "click", 1)
+        x, y, width, height = self.find(role, name, label)["box"]
+        self.xdotool("mousemove", int((x + width * at) * self.scale), int((y + height / 2) * self.scale),
+                     "click", "--repeat", times, "--delay", 10, 1)
+
+    def click_row(self, name, list_name):
+        """Clicks a row of a list, which is turned with the wheel until the row is inside."""
+        def inside():
+            x, y, width, height = self.find("list", list_name)["box"]
+            row = self.find("list item", name)["box"]
+            if y <= row[1] and row[1] + row[3] <= y + height:
+                return True
+            wheel = 4 if row[1] < y else 5
+            self.xdotool("mousemove", int((x + width / 2) * self.scale), int((y + height / 2) * self.scale), "click", wheel)
+            return False
+        wait_until(inside, f"the row {name!r}")
+        self.click("list item", name)
 
     def open_page(self, name):
         """Clicks a tab until its page is in front: tabs move while trackballs come and go."""
@@ -51,6 +99,9 @@ class Window:
 
     def key(self, *names):
         self.xdotool("key", *names)
+
+    def type(self, text):
+        self.xdotool("type", text)
 
     def xdotool(self, *words):
         done = self.desktop.run(["xdotool", *words])
