@@ -30,7 +30,7 @@ std::string keystrokeTitle(const plist::Dictionary& action, const Localize& loca
 
 std::string clickTitle(const plist::Dictionary& action, const std::string& title) {
   const std::uint16_t modifiers = action.uint16For(keys::kModifiers);
-  return modifiers == 0 ? title : GetModifiersName(kNoKeyCode, modifiers) + "+" + title;
+  return modifiers == 0 ? title : joinKeyNames(GetModifiersName(kNoKeyCode, modifiers), "+", title);
 }
 
 std::string lastComponent(const std::string& path) {

@@ -17,6 +17,7 @@ constexpr std::uint8_t kEscapeCharacter = 0x1B;
 constexpr std::uint8_t kDeleteCharacter = 0x7F;
 constexpr std::uint16_t kCharacterIndexMask = 127;
 constexpr std::string_view kPlus = "+";
+constexpr std::string_view kWordSpace = "\u00a0";
 
 struct NamedCharacter {
   std::uint8_t character;
@@ -152,6 +153,16 @@ std::string GetKeyNameWithCase(std::uint16_t keyCode, bool upperCase) {
   return keyCode >= veltrix::kNoVirtualKey ? std::string() : nameOfControlCharacter(keyCode, character);
 }
 
+std::string veltrix::joinKeyNames(std::string_view left, std::string_view separator, std::string_view right) {
+  if (!separator.empty() && left.ends_with(kWordSpace)) {
+    left.remove_suffix(kWordSpace.size());
+  }
+  std::string joined(left);
+  joined += separator;
+  joined += right;
+  return joined;
+}
+
 std::string GetModifiersName(std::uint16_t keyCode, std::uint16_t modifiers) {
   return GetModifiersNameWithSep(keyCode, modifiers, kPlus);
 }
@@ -161,8 +172,8 @@ std::string GetModifiersNameWithSep(std::uint16_t keyCode, std::uint16_t modifie
   std::string names;
   bool first = true;
   const auto append = [&](std::string_view english) {
-    names += first ? std::string_view() : separator.value_or(std::string_view());
-    names += KeyNamesLocStr(english);
+    const std::string name = KeyNamesLocStr(english);
+    names = first ? name : veltrix::joinKeyNames(names, separator.value_or(std::string_view()), name);
     first = false;
   };
   for (const auto& modifier : kModifierOrder) {
@@ -199,5 +210,5 @@ std::string GetKeyCombinationNameWithSepAndCase(std::uint16_t keyCode, std::uint
   const std::string keyPart =
       keyCode < veltrix::kNoVirtualKey ? GetKeyNameWithCase(keyCode, upperCase) : std::string();
   const bool separated = keySeparator && !modifierPart.empty() && !keyPart.empty();
-  return modifierPart + (separated ? std::string(*keySeparator) : std::string()) + keyPart;
+  return veltrix::joinKeyNames(modifierPart, separated ? *keySeparator : std::string_view(), keyPart);
 }

@@ -25,6 +25,14 @@ std::string KeyNamesLocStr(std::string_view english);
 std::string GetKeyName(std::uint16_t keyCode);
 std::string GetKeyNameWithCase(std::uint16_t keyCode, bool upperCase);
 
+namespace veltrix {
+
+// `left`, the separator and `right`. Words of held keys may end with a no-break space, for names in which
+// nothing stands between them; a separator takes its place.
+std::string joinKeyNames(std::string_view left, std::string_view separator, std::string_view right);
+
+}  // namespace veltrix
+
 // The names of the modifiers, Control first, then "Num" for a key of the keypad. Without a separator nothing
 // stands between two names.
 std::string GetModifiersName(std::uint16_t keyCode, std::uint16_t modifiers);  // with "+"

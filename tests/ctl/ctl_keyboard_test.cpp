@@ -41,12 +41,12 @@ TEST_F(CtlKeyboard, KeynameShowsTheWordsOfTheWindow) {
                                               "--localized", "--mod-sep", "",       "--key-sep", ""};
   {
     const testing::ScopedEnvironment language("LANGUAGE", "en");
-    expectDone(arguments, "Ctrl\u2009Super\u2009Left\n");
+    expectDone(arguments, "Ctrl\u00a0Super\u00a0Left\n");
   }
   const testing::ScopedEnvironment language("LANGUAGE", "de");
-  expectDone(arguments, "Strg\u2009Super\u2009Links\n");
+  expectDone(arguments, "Strg\u00a0Super\u00a0Links\n");
   expectDone({"keyname", "255", "0", "--layout", "us", "--localized"}, "(keine)\n");
-  expectDone({"keyname", "117", "0x200", "--layout", "us", "--localized"}, "Umschalt\u2009+Entf\n");
+  expectDone({"keyname", "117", "0x200", "--layout", "us", "--localized"}, "Umschalt+Entf\n");
 }
 
 TEST_F(CtlKeyboard, KeynameIsJsonWhenWanted) {

@@ -209,16 +209,19 @@ class WordsOfTheWindow : public KeyNames {
 };
 
 TEST_F(WordsOfTheWindow, ReadWellWithoutSeparatorsAndWithPlus) {
-  EXPECT_EQ(keystroke(0, kControlCommand), "Ctrl\u2009Super\u2009A");
-  EXPECT_EQ(keystroke(48, kOptionModifier | kShiftModifier), "Alt\u2009Shift\u2009Tab");
-  EXPECT_EQ(keystroke(87, 0), "Num\u20095");
-  EXPECT_EQ(keystroke(71, 0), "Num\u2009Lock");
+  EXPECT_EQ(keystroke(0, kControlCommand), "Ctrl\u00a0Super\u00a0A");
+  EXPECT_EQ(keystroke(48, kOptionModifier | kShiftModifier), "Alt\u00a0Shift\u00a0Tab");
+  EXPECT_EQ(keystroke(87, 0), "Num\u00a05");
+  EXPECT_EQ(keystroke(71, 0), "Num\u00a0Lock");
   EXPECT_EQ(keystroke(51, 0), "Backspace");
   EXPECT_EQ(keystroke(117, 0), "Delete");
   EXPECT_EQ(keystroke(110, 0), "Menu");
   EXPECT_EQ(keystroke(122, 0), "F1");
   EXPECT_EQ(keystroke(255, 0), "(none)");
-  EXPECT_EQ(GetModifiersName(255, kControlCommand), "Ctrl\u2009+Super\u2009");
+  EXPECT_EQ(GetModifiersName(255, kControlCommand), "Ctrl+Super\u00a0");
+  EXPECT_EQ(joinKeyNames(GetModifiersName(255, kControlCommand), "+", "Click"), "Ctrl+Super+Click");
+  EXPECT_EQ(GetKeyCombinationName(48, kControlCommand), "Ctrl+Super+Tab");
+  EXPECT_EQ(GetKeyCombinationNameWithSep(48, kControlCommand, "", ""), "Ctrl\u00a0Super\u00a0Tab");
 }
 
 }  // namespace
