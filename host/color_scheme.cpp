@@ -57,10 +57,10 @@ void fadeDisabled(QPalette* palette) {
   const QColor window = palette->color(QPalette::Active, QPalette::Window);
   for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
     const QColor text = palette->color(QPalette::Active, role);
-    const auto half = [](int a, int b) { return (a + b) / 2; };
+    const auto faded = [](int a, int b) { return (3 * a + 2 * b) / 5; };
     palette->setColor(QPalette::Disabled, role,
-                      QColor(half(text.red(), window.red()), half(text.green(), window.green()),
-                             half(text.blue(), window.blue())));
+                      QColor(faded(text.red(), window.red()), faded(text.green(), window.green()),
+                             faded(text.blue(), window.blue())));
   }
   palette->setColor(QPalette::Disabled, QPalette::Highlight, palette->color(QPalette::Active, QPalette::Mid));
 }

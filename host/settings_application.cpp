@@ -19,6 +19,7 @@
 #include "helperlink/device_state.h"
 #include "helperlink/helper_protocol.h"
 #include "host/color_scheme.h"
+#include "host/fusion_look.h"
 #include "host/settings_window.h"
 #include "host/toolkit_texts.h"
 #include "keyboard/keystroke_application.h"
@@ -112,6 +113,7 @@ int runSettingsApplication(int argc, char** argv, ApplicationService* service, c
   QApplication::setDesktopFileName("com.aldmoor.veltrix");
   QApplication::setLayoutDirection(QLocale().textDirection());
   applyColorScheme(askedColors(application));
+  mendFusion();
   stopOnSignals(&application);
   QTranslator toolkitTexts;
   if (loadToolkitTexts(&toolkitTexts, QLocale::system())) {

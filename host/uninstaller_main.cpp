@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "host/fusion_look.h"
 #include "host/uninstall.h"
 #include "host/uninstaller_options.h"
 #include "host/uninstaller_window.h"
@@ -54,6 +55,7 @@ bool hasDisplay() {
 
 int runInWindow(int argc, char** argv, const Bundle& bundle, const UninstallPlan& plan) {
   QApplication application(argc, argv);
+  mendFusion();
   QApplication::setApplicationDisplayName("Veltrix");
   QApplication::setDesktopFileName("com.aldmoor.veltrix");
   QApplication::setLayoutDirection(QLocale().textDirection());

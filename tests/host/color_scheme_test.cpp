@@ -42,7 +42,7 @@ TEST_P(NamedScheme, FadesTheTextsOfControlsThatAreOff) {
   const QPalette palette = paletteFor(GetParam());
   const QColor window = palette.color(QPalette::Window);
   const double off = test::contrast(palette.color(QPalette::Disabled, QPalette::WindowText), window);
-  EXPECT_GE(off, 2.5);
+  EXPECT_GE(off, 4);
   EXPECT_LT(off, test::contrast(palette.color(QPalette::Active, QPalette::WindowText), window) / 2);
 }
 
