@@ -17,6 +17,7 @@ namespace {
 // In lines of text, so that the window grows with the font; bounded by the screen.
 constexpr int kWidthInLines = 54;
 constexpr int kHeightInLines = 43;
+constexpr int kTitleBarInLines = 2;
 
 }  // namespace
 
@@ -28,7 +29,9 @@ SettingsWindow::SettingsWindow(Bundle bundle, PaneServices services)
   layout->addWidget(fPane->loadMainView());
   const int line = fontMetrics().height();
   // The layout makes it larger when that does not suffice.
-  resize(QSize(kWidthInLines * line, kHeightInLines * line).boundedTo(screen()->availableSize()));
+  // The title bar needs some of the screen, too.
+  const QSize room = screen()->availableSize() - QSize(0, kTitleBarInLines * line);
+  resize(QSize(kWidthInLines * line, kHeightInLines * line).boundedTo(room));
 }
 
 SettingsWindow::~SettingsWindow() = default;

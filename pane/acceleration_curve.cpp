@@ -69,7 +69,8 @@ QSize AccelerationCurve::sizeHint() const {
 
 QSize AccelerationCurve::minimumSizeHint() const {
   const int line = fontMetrics().height();
-  return {line * 9, line * 7};
+  const int besidePlot = fontMetrics().horizontalAdvance(tr("Pointer speed")) + line * 2;
+  return {line * 9, std::max(line * 7, besidePlot)};
 }
 
 void AccelerationCurve::paintAxes(QPainter& painter) const {
