@@ -292,7 +292,7 @@ void ButtonPicture::updateLit() {
   QStringList ids;
   for (Callout& callout : fCallouts) {
     callout.lit = callout.control != nullptr && callout.control->isEnabled() &&
-                  (callout.control->hasFocus() || callout.control->underMouse());
+                  (callout.control->hasFocus() || callout.control == fHovered);
     if (callout.lit) {
       ids << buttonElements(callout.number);
     }
@@ -322,12 +322,40 @@ bool ButtonPicture::event(QEvent* event) {
   return PictureView::event(event);
 }
 
+// A menu or a dialog that opens over a control takes the mouse away from it without a word. What was pressed
+// is lit by its focus already.
+void ButtonPicture::noteMouse(const QEvent& event, QObject* control) {
+  switch (event.type()) {
+    case QEvent::Enter:
+      fHovered = qobject_cast<QWidget*>(control);
+      break;
+    case QEvent::Leave:
+    case QEvent::MouseButtonPress:
+    case QEvent::Hide:
+      if (fHovered == control) {
+        fHovered = nullptr;
+      }
+      break;
+    case QEvent::WindowDeactivate:
+      fHovered = nullptr;
+      // The style would go on drawing it as under the mouse.
+      qobject_cast<QWidget*>(control)->setAttribute(Qt::WA_UnderMouse, false);
+      break;
+    default:
+      break;
+  }
+}
+
 bool ButtonPicture::eventFilter(QObject* watched, QEvent* event) {
+  noteMouse(*event, watched);
   switch (event->type()) {
     case QEvent::FocusIn:
     case QEvent::FocusOut:
     case QEvent::Enter:
     case QEvent::Leave:
+    case QEvent::MouseButtonPress:
+    case QEvent::WindowDeactivate:
+    case QEvent::Hide:
     case QEvent::EnabledChange:
       // The control's own state changes after the filters ran.
       QMetaObject::invokeMethod(this, &ButtonPicture::updateLit, Qt::QueuedConnection);

@@ -67,6 +67,7 @@ class ButtonPicture : public PictureView {
   void arrange();
   void arrangeIfShown();
   void updateLit();
+  void noteMouse(const QEvent& event, QObject* control);
   CalloutRequest request(const Callout& callout) const;
   QList<CalloutRequest> requests() const;
   QPointF relativeAnchor(int button) const;
@@ -77,6 +78,7 @@ class ButtonPicture : public PictureView {
   int spacing() const;
 
   QList<Callout> fCallouts;
+  QPointer<QWidget> fHovered;  // the control under the mouse, as far as that can be known
   CalloutLayout fLayout;
 };
 

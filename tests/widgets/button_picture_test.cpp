@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
+#include <QEnterEvent>
 #include <QMouseEvent>
 
 #include "tests/support/widget_pixels.h"
@@ -122,6 +123,20 @@ TEST_F(ButtonPictureTest, LightsTheButtonsOfTheFocusedControl) {
   fMenus[8]->clearFocus();
   QCoreApplication::processEvents();
   EXPECT_TRUE(fPicture.lit().isEmpty());
+}
+
+TEST_F(ButtonPictureTest, LightsTheButtonsOfTheControlUnderTheMouseUntilSomethingTakesItAway) {
+  fill("device_tab2", {0, 1, 2, 3, 8, 9});
+  const auto lit = [this](QEvent&& event) {
+    QCoreApplication::sendEvent(fMenus[3], &event);
+    QCoreApplication::processEvents();
+    return fPicture.lit().contains("button3");
+  };
+  for (const auto end : {QEvent::Leave, QEvent::WindowDeactivate}) {
+    EXPECT_TRUE(lit(QEnterEvent(QPointF(2, 2), QPointF(2, 2), QPointF(2, 2))));
+    EXPECT_FALSE(lit(QEvent(end))) << end;
+    EXPECT_FALSE(fMenus[3]->underMouse()) << end;
+  }
 }
 
 TEST_F(ButtonPictureTest, GivesTheFocusToTheControlOfAClickedButton) {
