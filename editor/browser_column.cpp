@@ -11,7 +11,7 @@
 namespace veltrix {
 namespace {
 
-constexpr int kRows = 10;           // that a column would like to show
+constexpr int kRows = 12;           // that a column would like to show: all categories
 constexpr double kRowHeight = 1.4;  // in lines of text: large targets are kind to aching hands
 constexpr int kLeastRows = 4;
 constexpr int kLeastWidth = 14;  // in lines of text

@@ -4,14 +4,27 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSplitter>
+#include <QTreeView>
 #include <utility>
 
 #include "editor/sheet.h"
 #include "platform/property_list_xml_text.h"
 
 namespace veltrix {
+namespace {
+
+constexpr int kWidthInLines = 46;
+constexpr int kHeightInLines = 24;
+constexpr int kPlacesInLines = 11;
+constexpr int kNameInLines = 18;
+constexpr int kNameColumn = 0;
+constexpr int kTypeColumn = 2;
+
+}  // namespace
 
 ItemPanel::ItemPanel(QWidget* parent, std::function<bool(const QString& path)> accepts)
     : QFileDialog(parent, QString(), QDir::homePath()), fAccepts(std::move(accepts)) {
@@ -26,6 +39,7 @@ ItemPanel::ItemPanel(QWidget* parent, std::function<bool(const QString& path)> a
   for (const char* name : {"fileTypeLabel", "fileTypeCombo"}) {
     findChild<QWidget*>(QLatin1String(name))->hide();  // would offer folders only, as the only choice
   }
+  arrange();
   // The panel disables its button for files; these follow after it whenever it does.
   fButton = findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Open);
   connect(findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), &QLineEdit::textChanged, this,
@@ -33,6 +47,18 @@ ItemPanel::ItemPanel(QWidget* parent, std::function<bool(const QString& path)> a
   connect(findChild<QAbstractItemView*>(QStringLiteral("treeView"))->selectionModel(),
           &QItemSelectionModel::selectionChanged, this, &ItemPanel::updateButton);
   updateButton();
+}
+
+// Names of places and dates are cut off by the toolkit's own widths.
+void ItemPanel::arrange() {
+  const int line = fontMetrics().height();
+  resize(line * kWidthInLines, line * kHeightInLines);
+  findChild<QSplitter*>(QStringLiteral("splitter"))
+      ->setSizes({line * kPlacesInLines, line * (kWidthInLines - kPlacesInLines)});
+  QHeaderView* const header = findChild<QTreeView*>(QStringLiteral("treeView"))->header();
+  header->hideSection(kTypeColumn);
+  header->resizeSection(kNameColumn, line * kNameInLines);
+  header->setStretchLastSection(true);
 }
 
 // The path of what is selected or typed; empty when that cannot be chosen.

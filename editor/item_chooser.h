@@ -28,6 +28,7 @@ class ItemPanel : public QFileDialog {
 
  private:
   QString selectedItem() const;
+  void arrange();
   void updateButton();
 
   std::function<bool(const QString& path)> fAccepts;
