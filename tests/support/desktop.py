@@ -136,7 +136,8 @@ class Desktop:
     def _start_display(self, stack):
         reader, writer = os.pipe()
         stack.enter_context(background(
-            ["Xvfb", "-displayfd", writer, "-screen", "0", self._screen, "-noreset", "-nolisten", "tcp"],
+            ["Xvfb", "-displayfd", writer, "-screen", "0", self._screen, "-fbdir", self.home / "run", "-noreset",
+             "-nolisten", "tcp"],
             pass_fds=(writer,), stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
         os.close(writer)
         with os.fdopen(reader) as display:
@@ -176,6 +177,11 @@ class Desktop:
     @property
     def helper_program(self):
         return self.build / "lib/veltrix/VeltrixHelper.app/VeltrixHelper"
+
+    @property
+    def frame_buffer(self):
+        """The file in which the X server keeps what is on its screen."""
+        return self.home / "run/Xvfb_screen0"
 
     @property
     def settings_file(self):
