@@ -17,7 +17,7 @@ namespace {
 
 class FusionLookTest : public testing::Test {
  protected:
-  ~FusionLookTest() override { QApplication::setStyle(QStringLiteral("fusion")); }
+  void TearDown() override { QApplication::setStyle(QStringLiteral("fusion")); }
 
   // The greatest contrast to the window's ground that an empty indicator has anywhere.
   static double contrastOf(QStyle::PrimitiveElement indicator, ColorScheme colors) {
