@@ -60,7 +60,7 @@ class AssignmentTest(PaneTestCase):
         self.confirm(window)
         self.wait_for_saved(BUTTON_2, cmd=KEYSTROKE, key=KEY_T, mod=CONTROL_OPTION)
         self.wait_for_held(BUTTON_2, KEYSTROKE, CONTROL_OPTION, KEY_T)
-        self.assertEqual(window.find("combo box", label="Button 2")["name"], "Type Ctrl\u2009Alt\u2009T")
+        self.assertEqual(window.find("combo box", label="Button 2")["name"], "Type Ctrl\u00a0Alt\u00a0T")
         self.assertEqual(window.close(), 0)
         self.assertEqual(self.saved_action(BUTTON_2)["key"], KEY_T)
 
@@ -68,11 +68,11 @@ class AssignmentTest(PaneTestCase):
         window = self.open_editor()
         self.choose_keystroke(window)
         window.key("super+e")
-        self.wait_for_text(window, "Keystroke:", "Super\u2009E")
-        self.assertEqual([box["name"].strip("\u2009") for box in window.shown("check box") if "CHECKED" in box["states"]],
+        self.wait_for_text(window, "Keystroke:", "Super\u00a0E")
+        self.assertEqual([box["name"].strip("\u00a0") for box in window.shown("check box") if "CHECKED" in box["states"]],
                          ["Super"])
         window.key("alt+Tab")
-        self.wait_for_text(window, "Keystroke:", "Alt\u2009Tab")
+        self.wait_for_text(window, "Keystroke:", "Alt\u00a0Tab")
         self.assertEqual((self.times_run("meta-e"), self.times_run("alt-tab")), (0, 0))
         self.confirm(window)
         self.wait_for_saved(BUTTON_2, cmd=KEYSTROKE, key=KEY_TAB, mod=OPTION)
@@ -88,7 +88,7 @@ class AssignmentTest(PaneTestCase):
         document = self.document()
         self.choose_keystroke(window)
         window.key("ctrl+alt+t")
-        self.wait_for_text(window, "Keystroke:", "Ctrl\u2009Alt\u2009T")
+        self.wait_for_text(window, "Keystroke:", "Ctrl\u00a0Alt\u00a0T")
         self.confirm(window, "Cancel")
         self.assertTrue(window.shown("combo box", "Right Click", label="Button 2"))
         self.assertEqual(self.document(), document)
