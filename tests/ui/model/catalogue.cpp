@@ -54,7 +54,7 @@ std::string Catalogue::titleOf(int command, const Json& snippets) const {
     return {};
   }
   if (command >= kFirstSnippet && command <= kLastSnippet) {
-    if (const std::string name = snippetName(snippets, command - kFirstSnippet); !name.empty()) {
+    if (std::string name = snippetName(snippets, command - kFirstSnippet); !name.empty()) {
       return name;
     }
   }
@@ -65,7 +65,7 @@ std::string Catalogue::titleOf(int command, const Json& snippets) const {
 
 std::string snippetName(const Json& snippets, int index) {
   const std::string number = std::to_string(index + 1);
-  const std::string name = textOf(snippetAt(snippets, index), "name");
+  std::string name = textOf(snippetAt(snippets, index), "name");
   return name == "Text snippet " + number ? "Snippet " + number : name;
 }
 

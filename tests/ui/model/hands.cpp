@@ -61,6 +61,7 @@ void Hands::resignActive() {
 
 void Hands::plugDevices(const std::vector<Device>& devices) {
   std::vector<Plugged> plugged;
+  plugged.reserve(devices.size());
   for (const Device& device : devices) {
     plugged.push_back({device.product, device.version});
   }

@@ -16,6 +16,8 @@ const char* nameOf(int row) {
 
 }  // namespace
 
+ParametersModel::ParametersModel() = default;
+
 void ParametersModel::open(const Json& parameters, const std::array<Range, kParameters>& ranges) {
   fParameters = parameters;
   fRanges = ranges;

@@ -18,6 +18,8 @@ class ParametersModel {
     int step;  // of an arrow key
   };
 
+  ParametersModel();
+
   // Edits a copy; the ranges are those of the sliders.
   void open(const Json& parameters, const std::array<Range, kParameters>& ranges);
   void moveSlider(int row, int steps);                  // one step on (1) or back (-1)

@@ -30,6 +30,8 @@ class Dice {
 
   int below(int limit) { return static_cast<int>(fRandom.next() % static_cast<unsigned>(limit)); }
 
+  int between(int least, int most) { return least + below(most - least + 1); }
+
   template <std::size_t N>
   int weighted(const int (&weights)[N]) {
     int sum = 0;
@@ -73,7 +75,7 @@ Scenario makeScenario(Dice dice, int least, int most) {
   for (Tweak& tweak : scenario.tweaks) {
     tweak = {dice.below(kNumbers), dice.below(kNumbers), dice.below(kNumbers), dice.below(kNumbers)};
   }
-  scenario.steps.resize(static_cast<std::size_t>(least + dice.below(most - least + 1)));
+  scenario.steps.resize(static_cast<std::size_t>(dice.between(least, most)));
   for (Step& step : scenario.steps) {
     step = makeStep(dice);
   }
@@ -144,7 +146,8 @@ void print(std::ostream& out, const Step& step) {
 
 rc::Gen<Scenario> scenarios(int least, int most) {
   return [least, most](const rc::Random& random, int) {
-    return rc::shrinkable::shrinkRecur(makeScenario(Dice(random), least, most), simpler);
+    return rc::shrinkable::shrinkRecur(makeScenario(Dice(random), least, most),
+                                       [](const Scenario& scenario) { return simpler(scenario); });
   };
 }
 
