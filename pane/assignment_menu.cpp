@@ -34,8 +34,6 @@ QString oneLine(const QString& title) {
 }  // namespace
 
 AssignmentMenu::AssignmentMenu(QWidget* parent) : QComboBox(parent) {
-  setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  setMinimumContentsLength(kVisibleCharacters);
   setMaxVisibleItems(kVisibleItems);
   connect(this, &QComboBox::activated, this, &AssignmentMenu::takeChoice);
 }
@@ -100,6 +98,20 @@ void AssignmentMenu::takeChoice(int index) {
   } else {
     emit chosen();
   }
+}
+
+// What the policy for a fixed number of characters would give. That policy makes the list of the open menu at
+// once, for every menu of every model, which takes longer than all the rest of the menus.
+QSize AssignmentMenu::sizeHint() const {
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  constexpr int kIconSpace = 4;
+  constexpr int kSpaceAbove = 2;
+  const int width =
+      kVisibleCharacters * fontMetrics().horizontalAdvance(QLatin1Char('X')) + iconSize().width();
+  const int height = std::max(fontMetrics().height(), iconSize().height());
+  return style()->sizeFromContents(QStyle::CT_ComboBox, &option, {width + kIconSpace, height + kSpaceAbove},
+                                   this);
 }
 
 // The text of a combo box is cut off where it ends; this one says that there is more.

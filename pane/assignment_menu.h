@@ -32,6 +32,10 @@ class AssignmentMenu : public QComboBox {
   void showExtraItem(const QString& title);
   void removeExtraItem();
 
+  // Room for a title of the usual length, whatever the items are.
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
  signals:
   void chosen();  // a person chose an item, which may be the one that was selected before
   void editChosen(std::int32_t number);  // a person chose the edit item, which carries that number

@@ -3,11 +3,11 @@
 #include <utility>
 
 #include "actions/assignment_title.h"
-#include "actions/template_menu.h"
 #include "editor/edit_controller.h"
 #include "helperlink/device_buttons.h"
 #include "pane/controller.h"
 #include "pane/menu_choice.h"
+#include "pane/menu_template.h"
 #include "pane/outlets.h"
 #include "pane/pref_pane.h"
 #include "settings/button_key.h"
@@ -37,20 +37,13 @@ void VeltrixController::fillButtonGroups() {
   }
 }
 
-// Every menu gets a copy of the template, because each may gain an item of its own.
 void VeltrixController::copyTemplateMenu() {
+  const veltrix::MenuTemplate items([this](const char* key) { return fPane->vtxLocString(key); });
   for (std::size_t group = 0; group < fButtonMenuList.size(); ++group) {
     for (std::size_t i = 0; i < fButtonIndexList.at(group).size(); ++i) {
       const std::int32_t button = fButtonIndexList.at(group)[i];
       AssignmentMenu* const menu = fButtonMenuList.at(group)->at(i);
-      for (const veltrix::TemplateItem& item : veltrix::templateMenu()) {
-        if (item.title == nullptr) {
-          menu->insertSeparator(menu->count());
-        } else {
-          menu->addTaggedItem(item.tag, fPane->vtxLocString(item.title));
-        }
-      }
-      menu->setRepresentedObject(veltrix::kEditItemTag, button);
+      items.copyTo(menu, button);
       menu->setProperty("tag", button);
       connect(menu, &AssignmentMenu::chosen, this, &VeltrixController::actUpdateSettingsFromBtnMenu);
       connect(menu, &AssignmentMenu::editChosen, this, &VeltrixController::actEditAssignment);

@@ -100,6 +100,24 @@ TEST_F(AssignmentMenuTest, AVeryLongTitleDoesNotWidenTheMenu) {
   EXPECT_LT(menu.currentText().size(), 1000);
 }
 
+TEST_F(AssignmentMenuTest, TheMenuHasRoomForAUsualTitle) {
+  QComboBox usual;
+  usual.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  usual.setMinimumContentsLength(18);
+  EXPECT_EQ(menu.sizeHint(), usual.sizeHint());
+  EXPECT_EQ(menu.minimumSizeHint(), usual.minimumSizeHint());
+}
+
+// There are many menus, and a list takes longer to make than the menu.
+TEST_F(AssignmentMenuTest, ThereIsNoListBeforeTheMenuIsOpened) {
+  AssignmentMenu fresh;
+  fresh.addTaggedItem(1, "Click");
+  fresh.insertSeparator(fresh.count());
+  fresh.showExtraItem("Type F1");
+  fresh.adjustSize();
+  EXPECT_EQ(fresh.findChild<QAbstractItemView*>(), nullptr);
+}
+
 TEST_F(AssignmentMenuTest, TheToolTipShowsMarkupAsText) {
   menu.showExtraItem("<b>bold</b>");
   EXPECT_TRUE(menu.toolTip().contains("&lt;b&gt;"));
