@@ -71,6 +71,12 @@ def keyboard_figures(table, desktop):
     table.add("read a layout by name", f"{figures['BM_ReadLayout'] / 1e6:.1f} ms")
 
 
+def menu_figures(table, desktop):
+    figures = micro(desktop, "menu_bench")
+    table.add("fill all 25 menus", f"{figures['BM_FillMenus'] / 1e6:.2f} ms", "< 2 ms")
+    table.add("show the assignments of a trackball", f"{figures['BM_ShowAssignments'] / 1e3:.0f} µs")
+
+
 def first_paint(desktop, program):
     done = desktop.run([desktop.build / "bench/first_paint", program])
     if done.returncode != 0:
@@ -132,6 +138,7 @@ def main():
     with Desktop(arguments.build) as desktop:
         settings_figures(table, desktop)
         keyboard_figures(table, desktop)
+        menu_figures(table, desktop)
         process = desktop.start_helper(SIMULATED)
         helper_figures(table, process)
         poll = micro(desktop, "poll_bench")["BM_Poll"]
