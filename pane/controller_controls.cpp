@@ -81,6 +81,7 @@ void VeltrixController::fillScrollingControls(const Dictionary& options) {
   {
     const QSignalBlocker quiet(scrolling.outScrollSliderSpeed);
     scrolling.outScrollSliderSpeed->setRange(range.smallest, range.largest);
+    scrolling.outScrollSliderSpeed->setTickInterval(veltrix::tickDistance(range));
     scrolling.outScrollSliderSpeed->setValue(amount);
   }
   scrolling.outScrollBoxInertial->setChecked(options.boolFor("inertial scroll"));

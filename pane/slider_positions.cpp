@@ -10,6 +10,7 @@ namespace veltrix {
 namespace {
 
 constexpr double kPositionsPerUnit = 50.0;
+constexpr std::int64_t kMostTicks = 50;
 
 }  // namespace
 
@@ -61,7 +62,8 @@ int nearestPosition(const std::vector<int>& positions, int position) {
 
 int stepPosition(const std::vector<int>& positions, int position, int steps) {
   if (positions.empty() || steps == 0) {
-    return position + steps;
+    return static_cast<int>(std::clamp<std::int64_t>(
+        std::int64_t{position} + steps, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
   }
   const auto start = steps > 0 ? std::upper_bound(positions.begin(), positions.end(), position) - 1
                                : std::lower_bound(positions.begin(), positions.end(), position);
@@ -72,6 +74,11 @@ int stepPosition(const std::vector<int>& positions, int position, int steps) {
 
 PositionRange scrollSpeedRange(std::int32_t amount) {
   return {std::min(kSmallestScrollSpeed, amount), std::max(kLargestScrollSpeed, amount)};
+}
+
+int tickDistance(PositionRange range) {
+  const std::int64_t length = std::int64_t{range.largest} - range.smallest;
+  return static_cast<int>((length + kMostTicks - 1) / kMostTicks);
 }
 
 int largestAccelerationPosition(std::int32_t storedPosition) {

@@ -36,7 +36,8 @@ std::vector<int> speedPositions();
 int nearestPosition(const std::vector<int>& positions, int position);
 
 // The element of `positions` (rising) that lies `steps` after `position` (before it, when negative), held at
-// the ends. From between two elements the first step reaches the next one in that direction.
+// the ends. From between two elements the first step reaches the next one in that direction. Without elements
+// every number is a position.
 int stepPosition(const std::vector<int>& positions, int position, int steps);
 
 struct PositionRange {
@@ -48,6 +49,10 @@ struct PositionRange {
 // The range of the scroll slider while it shows `amount`: the usual one, widened so that an amount from
 // elsewhere is shown as it is and comes back unchanged.
 PositionRange scrollSpeedRange(std::int32_t amount);
+
+// The distance of the tick marks of a slider of that range: 1, or more where that many marks could not be
+// told apart and would take for ever to draw.
+int tickDistance(PositionRange range);
 
 // The largest position of the acceleration slider while it shows the stored position.
 int largestAccelerationPosition(std::int32_t storedPosition);

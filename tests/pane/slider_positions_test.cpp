@@ -86,6 +86,13 @@ TEST(SliderPositions, StepsGoFromPositionToPositionAndStopAtTheEnds) {
   EXPECT_EQ(stepPosition({}, 3, -2), 1);
 }
 
+TEST(SliderPositions, StepsStopAtTheLargestAndSmallestNumbers) {
+  constexpr int kSmallest = std::numeric_limits<int>::min();
+  constexpr int kLargest = std::numeric_limits<int>::max();
+  EXPECT_EQ(stepPosition({}, kLargest, 1), kLargest);
+  EXPECT_EQ(stepPosition({}, kSmallest, -1), kSmallest);
+}
+
 TEST(SliderPositions, UsualScrollAmountsKeepTheUsualRange) {
   EXPECT_EQ(scrollSpeedRange(1), (PositionRange{1, 20}));
   EXPECT_EQ(scrollSpeedRange(20), (PositionRange{1, 20}));
@@ -95,6 +102,16 @@ TEST(SliderPositions, ForeignScrollAmountsWidenTheRange) {
   EXPECT_EQ(scrollSpeedRange(0), (PositionRange{0, 20}));
   EXPECT_EQ(scrollSpeedRange(-4), (PositionRange{-4, 20}));
   EXPECT_EQ(scrollSpeedRange(300), (PositionRange{1, 300}));
+}
+
+TEST(SliderPositions, TheUsualRangeHasATickAtEveryAmount) {
+  EXPECT_EQ(tickDistance({1, 20}), 1);
+  EXPECT_EQ(tickDistance({0, 20}), 1);
+}
+
+TEST(SliderPositions, AWideRangeHasFewTicks) {
+  EXPECT_EQ(tickDistance({1, 300}), 6);
+  EXPECT_EQ(tickDistance({std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}), 85899346);
 }
 
 TEST(SliderPositions, LargeFactorsWidenTheAccelerationSliderUpToTheRecordsLimit) {

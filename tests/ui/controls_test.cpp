@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QWheelEvent>
 #include <filesystem>
+#include <limits>
 
 #include "pane/acceleration_curve.h"
 #include "tests/support/pane_fixture.h"
@@ -298,6 +299,19 @@ TEST_F(ControlsTest, AScrollSpeedOutsideTheUsualRangeIsShownAndKept) {
     EXPECT_EQ(position("outScrollSliderSpeed"), amount);
     click("outScrollBoxInertial");
     EXPECT_EQ(wheel().int32For("cnt"), amount);
+  }
+}
+
+// A mark for each amount would keep the window busy for minutes.
+TEST_F(ControlsTest, AHugeScrollSpeedIsDrawnAtOnce) {
+  for (const int amount : {std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
+    openWith([&](const plist::Dictionary& entry) {
+      entry.dictionaryFor("buttons").dictionaryFor("12").set("cnt", amount);
+    });
+    auto* const slider = find<QSlider>("outScrollSliderSpeed");
+    EXPECT_EQ(slider->value(), amount);
+    EXPECT_GT(slider->tickInterval(), std::numeric_limits<int>::max() / 100);
+    EXPECT_FALSE(slider->grab().isNull());
   }
 }
 
