@@ -13,7 +13,7 @@ import sys
 
 EVERYTHING = "everything"
 QT_FOLDERS = {"widgets", "editor", "pane", "host", "tests", "bench"}
-QT_FILES = re.compile(r"^(keyboard/keystroke_|util/hyperlink_)")  # targets of their own
+QT_FILES = re.compile(r"^(keyboard/keystroke_|util/hyperlink_|fuzz/(fuzz_)?pane)")  # targets of their own
 PROGRAMS_WITHOUT_QT = ("VeltrixHelper", "veltrixctl")
 ROW = re.compile(r"^\| `(?P<folder>[a-z]+)/` \|.*\| (?P<uses>[^|]*) \|$")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"(?P<own>[^"]+)"|<(?P<system>[^>]+)>)', re.MULTILINE)
