@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSplitter>
@@ -40,6 +41,9 @@ ItemPanel::ItemPanel(QWidget* parent, std::function<bool(const QString& path)> a
     findChild<QWidget*>(QLatin1String(name))->hide();  // would offer folders only, as the only choice
   }
   arrange();
+  // Screen readers say a menu's label, which the panel has not bound to it.
+  findChild<QLabel*>(QStringLiteral("lookInLabel"))
+      ->setBuddy(findChild<QWidget*>(QStringLiteral("lookInCombo")));
   // The panel disables its button for files; these follow after it whenever it does.
   fButton = findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"))->button(QDialogButtonBox::Open);
   connect(findChild<QLineEdit*>(QStringLiteral("fileNameEdit")), &QLineEdit::textChanged, this,

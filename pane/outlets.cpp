@@ -108,6 +108,11 @@ void finishPage(QScrollArea* page) {
   }
 }
 
+// The pages were made after the button below them, so that Tab would lead to it first.
+void finishTabOrder(QWidget* view, const Ui::VeltrixMainView& main) {
+  QWidget::setTabOrder(view->previousInFocusChain(), main.buttonRestoreDefaults);
+}
+
 }  // namespace
 
 void showButtonPage(const Outlets& outlets, std::int32_t deviceTab) {
@@ -136,6 +141,7 @@ void makeInterface(QWidget* view, Outlets* outlets) {
   finishDeviceStrip(outlets);
   finishButtonPages(outlets);
   finishSliders(outlets);
+  finishTabOrder(view, outlets->main);
 }
 
 }  // namespace veltrix

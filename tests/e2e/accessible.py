@@ -4,7 +4,7 @@
 usage: accessible.py APPLICATION
 
 For each line of the input prints a line with a JSON array that has one object for each accessible object that is
-showing: the name of its window and whether that is active, role, name, labels, description, text, value, states and the
+showing, or, if the line is "controls", for each enabled control of the active window that can have the focus: the name of its window and whether that is active, role, name, labels, description, text, value, states and the
 rectangle on the screen. Runs as a process of its own, because libatspi looks for its bus once in a process, and looks
 anew each time in a child of it, because libatspi keeps what it has seen.
 """
@@ -18,6 +18,10 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 STATES = ("CHECKED", "ENABLED", "FOCUSABLE", "FOCUSED", "SELECTED", "ACTIVE")
+
+# Say that they can have the focus, and are parts or surroundings of the control that has it.
+SURROUNDINGS = ("filler",)
+PARTS = ("page tab", "list item", "table cell", "tree item", "table column header")
 
 
 def value_of(accessible):
@@ -70,16 +74,40 @@ def walk(accessible, found):
             continue  # it went away while it was looked at
 
 
-def look_at_window(window):
-    if window is None or not window.get_state_set().contains(Atspi.StateType.SHOWING):
+def walk_controls(accessible, found):
+    for index in range(accessible.get_child_count()):
+        child = accessible.get_child_at_index(index)
+        if child is None:
+            continue
+        try:
+            states = child.get_state_set()
+            role = child.get_role_name()
+            if not states.contains(Atspi.StateType.SHOWING) or role in PARTS:
+                continue
+            if role not in SURROUNDINGS and states.contains(Atspi.StateType.FOCUSABLE) and \
+                    states.contains(Atspi.StateType.ENABLED):
+                found.append(describe(child))
+            walk_controls(child, found)
+        except GLib.Error:
+            continue  # it went away while it was looked at
+
+
+def look_at_window(window, only_controls):
+    states = window.get_state_set()
+    active = states.contains(Atspi.StateType.ACTIVE)
+    if not states.contains(Atspi.StateType.SHOWING) or (only_controls and not active):
         return []
-    found = [describe(window)]
-    walk(window, found)
-    place = {"window": found[0]["name"], "active": "ACTIVE" in found[0]["states"]}
+    found = []
+    if only_controls:
+        walk_controls(window, found)
+    else:
+        found.append(describe(window))
+        walk(window, found)
+    place = {"window": window.get_name(), "active": active}
     return [{**place, **one} for one in found]
 
 
-def look(application_name):
+def look(application_name, only_controls):
     Atspi.init()
     desktop = Atspi.get_desktop(0)
     found = []
@@ -87,15 +115,16 @@ def look(application_name):
         application = desktop.get_child_at_index(index)
         if application is not None and application.get_name() == application_name:
             for number in range(application.get_child_count()):
-                found += look_at_window(application.get_child_at_index(number))
+                window = application.get_child_at_index(number)
+                found += look_at_window(window, only_controls) if window is not None else []
     print(json.dumps(found), flush=True)
 
 
 def main():
-    for _ in sys.stdin:
+    for line in sys.stdin:
         child = os.fork()
         if child == 0:
-            look(sys.argv[1])
+            look(sys.argv[1], line.strip() == "controls")
             os._exit(0)
         if os.waitpid(child, 0)[1] != 0:
             print("null", flush=True)

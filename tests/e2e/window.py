@@ -10,9 +10,6 @@ from desktop import wait_until  # noqa: E402
 ACCESSIBLE = pathlib.Path(__file__).resolve().parent / "accessible.py"
 APPLICATION = "veltrix-settings"
 
-# Say that they can have the focus, and are parts or surroundings of the control that has it.
-NOT_CONTROLS = ("filler", "page tab", "list item", "table cell", "tree item", "table column header")
-
 
 class Window:
     def __init__(self, desktop, *options, scale=1.0):
@@ -26,7 +23,10 @@ class Window:
 
     def everything(self):
         """All that is showing; nothing while it changes too fast to be looked at."""
-        self._reader.stdin.write("\n")
+        return self._ask("everything")
+
+    def _ask(self, question):
+        self._reader.stdin.write(question + "\n")
         self._reader.stdin.flush()
         line = self._reader.stdout.readline()
         if not line:
@@ -56,8 +56,7 @@ class Window:
 
     def controls(self):
         """What can be worked with in the active window."""
-        return [one for one in self.everything() if one["active"] and one["role"] not in NOT_CONTROLS and
-                "FOCUSABLE" in one["states"] and "ENABLED" in one["states"]]
+        return self._ask("controls")
 
     def focused(self):
         return next((one for one in self.controls() if "FOCUSED" in one["states"]), None)
