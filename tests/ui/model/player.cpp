@@ -66,9 +66,10 @@ std::string Player::play() {
   }
   std::ostringstream report;
   if (!fProblems.empty()) {
+    const Json factory = resource("DefaultSettings");
+    const Json start = startDocument(factory, fScenario.tweaks);
     report << "starting with "
-           << difference(resource("DefaultSettings"),
-                         startDocument(resource("DefaultSettings"), fScenario.tweaks));
+           << (same(factory, start) ? "the factory settings" : difference(factory, start));
     for (const std::string& step : fTrace) {
       report << "\n  " << step;
     }
