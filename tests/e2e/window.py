@@ -109,6 +109,14 @@ class Window:
 
     def close(self):
         """Closes the window as the window manager's own key does, and waits for the program to end."""
-        self.key("alt+F4")
+        def ended():
+            # On a busy machine the key may come while the window manager has the keyboard for itself.
+            self.key("alt+F4")
+            try:
+                self.process.wait(timeout=5)
+            except subprocess.TimeoutExpired:
+                return False
+            return True
+        wait_until(ended, "the window to close")
         with self.process.stderr:
-            return self.process.wait(timeout=20)
+            return self.process.wait()
