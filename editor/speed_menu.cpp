@@ -1,5 +1,6 @@
 #include "editor/speed_menu.h"
 
+#include <QAbstractItemView>
 #include <QWheelEvent>
 
 namespace veltrix {
@@ -33,6 +34,11 @@ void SpeedMenu::selectTag(std::int64_t tag) {
       return;
     }
   }
+}
+
+void SpeedMenu::showPopup() {
+  view()->setAccessibleName(accessibleName());
+  QComboBox::showPopup();
 }
 
 // A turn of the wheel that was not meant for the menu must not change it.

@@ -17,6 +17,9 @@ class SpeedMenu : public QComboBox {
   // Selects the first item of that tag; the selection stays when there is none.
   void selectTag(std::int64_t tag);
 
+  // The list that opens bears the name of the menu.
+  void showPopup() override;
+
  protected:
   void wheelEvent(QWheelEvent* event) override;
 };

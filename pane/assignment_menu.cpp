@@ -151,6 +151,11 @@ void AssignmentMenu::keyPressEvent(QKeyEvent* event) {
   }
 }
 
+void AssignmentMenu::showPopup() {
+  view()->setAccessibleName(accessibleName());
+  QComboBox::showPopup();
+}
+
 // The page around the menu may be one that scrolls.
 void AssignmentMenu::wheelEvent(QWheelEvent* event) {
   event->ignore();

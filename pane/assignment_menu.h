@@ -36,6 +36,9 @@ class AssignmentMenu : public QComboBox {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override { return sizeHint(); }
 
+  // The list that opens bears the name of the menu.
+  void showPopup() override;
+
  signals:
   void chosen();  // a person chose an item, which may be the one that was selected before
   void editChosen(std::int32_t number);  // a person chose the edit item, which carries that number

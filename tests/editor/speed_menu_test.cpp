@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -39,6 +40,14 @@ TEST(SpeedMenu, KeepsItsSelectionWithoutAnItemOfTheTag) {
     menu.selectTag(tag);
     EXPECT_EQ(menu.tag(), 5);
   }
+}
+
+TEST(SpeedMenu, TheListThatOpensBearsItsName) {
+  SpeedMenu menu;
+  menu.setAccessibleName("Speed");
+  menu.showPopup();
+  EXPECT_EQ(menu.view()->accessibleName(), "Speed");
+  menu.hidePopup();
 }
 
 TEST(SpeedMenu, TurnsWithTheWheelOnlyWhileItHasTheFocus) {

@@ -118,6 +118,12 @@ TEST_F(AssignmentMenuTest, ThereIsNoListBeforeTheMenuIsOpened) {
   EXPECT_EQ(fresh.findChild<QAbstractItemView*>(), nullptr);
 }
 
+TEST_F(AssignmentMenuTest, TheListThatOpensBearsTheNameOfTheMenu) {
+  menu.setAccessibleName("Button 1");
+  menu.showPopup();
+  EXPECT_EQ(menu.view()->accessibleName(), "Button 1");
+}
+
 TEST_F(AssignmentMenuTest, TheToolTipShowsMarkupAsText) {
   menu.showExtraItem("<b>bold</b>");
   EXPECT_TRUE(menu.toolTip().contains("&lt;b&gt;"));
