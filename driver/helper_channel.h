@@ -20,6 +20,8 @@ class HelperChannel {
 class HelperRequests {
  public:
   virtual ~HelperRequests() = default;
+  // Whether there are a virtual pointer and keyboard; told in every status packet.
+  virtual bool hasOutputs() const noexcept = 0;
   // A helper of the active user is connected; the status packet has been sent.
   virtual void helperArrived() noexcept = 0;
   virtual void apply(const ApplyPacket& packet) noexcept = 0;
