@@ -57,13 +57,12 @@ class LinkServer final : public HelperChannel, private ActiveUserListener {
 
   void activeUserChanged() noexcept override;
   void acceptSome() noexcept;
-  void accepted(FileDescriptor socket) noexcept;
+  void judge(FileDescriptor socket) noexcept;
   void admit(FileDescriptor socket, uid_t user) noexcept;
-  void refuse(int socket, uid_t user) noexcept;
   void readSome() noexcept;
   void disconnect(std::optional<DriverAnswer> answer) noexcept;
   void listenAgain() noexcept;
-  void pauseListening() noexcept;
+  void pauseListening(int error) noexcept;
   StatusPacket statusPacket(DriverAnswer answer) const noexcept;
 
   PollLoop& fLoop;
@@ -79,6 +78,7 @@ class LinkServer final : public HelperChannel, private ActiveUserListener {
   FileDescriptor fHelper;
   uid_t fHelperUser = 0;
   std::optional<uid_t> fLastRefused;  // so that a stubborn one fills no journal
+  bool fListening = false;
   bool fOwnsPath = false;
 };
 

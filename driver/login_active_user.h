@@ -24,7 +24,7 @@ class LoginActiveUser final : public ActiveUser, private PollHandler {
   LoginActiveUser& operator=(const LoginActiveUser&) = delete;
 
   std::optional<uid_t> current() noexcept override;
-  void setListener(ActiveUserListener* listener) noexcept override { fListener = listener; }
+  void setListener(ActiveUserListener* listener) noexcept override;
 
  private:
   void ready(std::uint32_t events) noexcept override;
