@@ -1,0 +1,63 @@
+#include "driver/engine/ball_acceleration.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "driver/engine/elapsed.h"
+#include "driverlink/acceleration_gain.h"
+
+namespace veltrix {
+namespace {
+
+constexpr double kMillimetresPerInch = 25.4;
+
+// Long against the reports of the slowest mouse, so that single counts do not shake the gain; short against
+// what a hand notices.
+constexpr double kSmoothing = 0.020;  // s
+
+// A report tells what happened since the last one. After a longer time the ball lay still first: the slowest
+// reports come every 8 ms, and nobody can tell how much of a longer pause the movement took.
+constexpr double kLongestReport = 0.010;  // s
+
+double seconds(Microseconds time) noexcept {
+  return static_cast<double>(time.count()) * 1e-6;
+}
+
+}  // namespace
+
+BallAcceleration::BallAcceleration(std::uint16_t nativeResolution) noexcept
+    : fMillimetresPerCount(kMillimetresPerInch / std::max<double>(nativeResolution, 1.0)) {}
+
+double BallAcceleration::gainAt(Speed speed) const noexcept {
+  return accelerationGain(std::sqrt(speed.x * speed.x + speed.y * speed.y), fFactor);
+}
+
+// Within a report the ball is taken to turn evenly, by `input` per second; the smoothed speed s then follows
+// ds/dt = (input - s) / kSmoothing, which is solved here for the middle and the end of the report. Written
+// with the distance instead of the input so that a report of no duration has its limit, a push by
+// distance/kSmoothing.
+double BallAcceleration::gain(Microseconds time, BallCounts counts) noexcept {
+  if (!(fFactor > 0.0))
+    return 1.0;
+  const double pause = fHasTime ? seconds(elapsed(fTime, time)) : seconds(kLongTime);
+  const double duration = std::min(pause, kLongestReport);
+  const double still = pause > duration ? std::exp((duration - pause) / kSmoothing) : 1.0;
+  const double toMiddle = std::exp(-duration / (2.0 * kSmoothing));
+  const double perDistance = duration > 0.0 ? (1.0 - toMiddle) / duration : 0.5 / kSmoothing;
+  const Speed push{counts.x * fMillimetresPerCount * perDistance,
+                   counts.y * fMillimetresPerCount * perDistance};
+
+  const Speed start{fSpeed.x * still, fSpeed.y * still};
+  const Speed middle{start.x * toMiddle + push.x, start.y * toMiddle + push.y};
+  fSpeed = {middle.x * toMiddle + push.x, middle.y * toMiddle + push.y};
+  fTime = time;
+  fHasTime = true;
+  return (gainAt(start) + 4.0 * gainAt(middle) + gainAt(fSpeed)) / 6.0;
+}
+
+void BallAcceleration::rest() noexcept {
+  fSpeed = {};
+  fHasTime = false;
+}
+
+}  // namespace veltrix
