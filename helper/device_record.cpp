@@ -3,13 +3,14 @@
 #include <cstring>
 
 #include "settings/driver_record.h"
+#include "settings/scroll_parameters.h"
 #include "settings/settings_rules.h"
 
 namespace veltrix {
 
 bool operator==(const DeviceRecord& a, const DeviceRecord& b) {
   if (a.entryIndex != b.entryIndex || a.isGlobal != b.isGlobal ||
-      a.record.has_value() != b.record.has_value()) {
+      a.record.has_value() != b.record.has_value() || a.scroll != b.scroll) {
     return false;
   }
   return !a.record || std::memcmp(&*a.record, &*b.record, sizeof *a.record) == 0;
@@ -30,6 +31,7 @@ DeviceRecord makeDeviceRecord(const plist::Array& entries, const VeltrixDeviceEn
   DriverRecord record{};
   if (VeltrixAppPrefsDictToStruct(entryAt(best), entryAt(global), &record))
     result.record = record;
+  result.scroll = scrollParametersOf(entryAt(result.entryIndex));
   return result;
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "driverlink/record.h"
+#include "driverlink/scroll_parameters.h"
 #include "helperlink/device_list.h"
 #include "platform/property_list.h"
 
@@ -14,6 +15,7 @@ struct DeviceRecord {
   std::int32_t entryIndex = -1;        // the entry that was converted, -1 for none
   bool isGlobal = false;               // whether it is the one for every device, for want of a better
   std::optional<DriverRecord> record;  // nothing without an entry that can be converted
+  ScrollParameters scroll{};           // of the same entry
 };
 
 bool operator==(const DeviceRecord& a, const DeviceRecord& b);

@@ -7,6 +7,28 @@ namespace veltrix {
 namespace {
 
 constexpr std::string_view kSimulate = "--simulate";
+constexpr std::string_view kDriverSocket = "--driver-socket";
+
+// An option with a value, as the next argument or behind "=".
+class OptionValue {
+ public:
+  // Whether arguments[*index] is this option; goes on to its value.
+  bool read(std::string_view option, const std::vector<std::string>& arguments, std::size_t* index) {
+    const std::string_view argument = arguments[*index];
+    if (argument == option) {
+      isMissing = *index + 1 == arguments.size();
+      value = isMissing ? std::string_view() : arguments[++*index];
+      return true;
+    }
+    if (argument.substr(0, option.size()) != option || argument.substr(option.size(), 1) != "=")
+      return false;
+    value = argument.substr(option.size() + 1);
+    return true;
+  }
+
+  bool isMissing = false;
+  std::string_view value;
+};
 
 HelperOptions refuse(std::string error) {
   HelperOptions options;
@@ -18,13 +40,15 @@ HelperOptions refuse(std::string error) {
 }  // namespace
 
 const char* const kHelperUsage =
-    "usage: VeltrixHelper [--simulate DEVICES]\n"
+    "usage: VeltrixHelper [--simulate DEVICES] [--driver-socket PATH]\n"
     "\n"
     "Knows the connected trackballs, applies the settings to them and answers the settings window.\n"
     "Runs once in each session, until it gets SIGTERM or SIGINT.\n"
     "\n"
     "  --simulate DEVICES  simulated trackballs instead of the real ones: VENDOR:PRODUCT:VERSION in\n"
     "                      hexadecimal, separated by commas (A1D0:2041:0107,A1D0:1020:0100); may be empty\n"
+    "  --driver-socket PATH  where the driver listens; without it the installed one, and with simulated\n"
+    "                        trackballs none\n"
     "  --help              show this text\n"
     "  --version           show the version\n"
     "\n"
@@ -43,19 +67,19 @@ HelperOptions parseHelperOptions(const std::vector<std::string>& arguments) {
       options.action = HelperOptions::Action::kShowVersion;
       return options;
     }
-    std::string_view devices;
-    if (argument == kSimulate) {
-      if (++i == arguments.size())
+    OptionValue option;
+    if (option.read(kSimulate, arguments, &i)) {
+      if (option.isMissing)
         return refuse("--simulate needs the devices to simulate");
-      devices = arguments[i];
-    } else if (argument.substr(0, kSimulate.size() + 1) == "--simulate=") {
-      devices = argument.substr(kSimulate.size() + 1);
+      options.simulated = parseSimulatedDevices(option.value);
+      if (!options.simulated)
+        return refuse("\"" + std::string(option.value) + "\" is not VENDOR:PRODUCT:VERSION[,...]");
+    } else if (option.read(kDriverSocket, arguments, &i)) {
+      if (option.value.empty())
+        return refuse("--driver-socket needs the path of the driver's socket");
+      options.driverSocket = option.value;
     } else {
       return refuse("unknown option \"" + arguments[i] + "\"");
-    }
-    options.simulated = parseSimulatedDevices(devices);
-    if (!options.simulated) {
-      return refuse("\"" + std::string(devices) + "\" is not VENDOR:PRODUCT:VERSION[,...]");
     }
   }
   return options;

@@ -13,6 +13,7 @@ struct HelperOptions {
   enum class Action { kRun, kShowHelp, kShowVersion, kRefuse };
   Action action = Action::kRun;
   std::optional<std::vector<SimulatedDevice>> simulated;  // given: these instead of the real ones
+  std::optional<std::string> driverSocket;                // given: there, even with simulated trackballs
   std::string error;                                      // with kRefuse, one line
 };
 

@@ -53,6 +53,13 @@ struct BusDetacher {
   void operator()(sd_bus* bus) const { sd_bus_detach_event(bus); }
 };
 
+// Simulated trackballs are none that a driver could find.
+Status startDriver(HelperService& service, const HelperOptions& options) {
+  if (options.simulated && !options.driverSocket)
+    return Done{};
+  return service.startDriver(options.driverSocket.value_or(kDriverSocketPath));
+}
+
 // Everything is acquired first; then the names make it visible.
 int serve(const HelperOptions& options, sd_bus* bus, sd_event* loop, const bool* stopped) {
   HelperCore core(settingsFilePath(), Bundle::standard().pathForResource("DefaultSettings", "plist"));
@@ -78,6 +85,9 @@ int serve(const HelperOptions& options, sd_bus* bus, sd_event* loop, const bool*
     return complain(claimed.error().message, kExitNoBus);
   if (!claimed.value())
     return complain("another helper is running in this session; leaving it to that one", kExitDone);
+  // Last, because a second helper that leaves must not take the driver from the first.
+  if (const Status driver = startDriver(service, options); !driver)
+    return complain(driver.error().message, kExitCannotStart);
   runEventLoop(loop, stopped);
   return *stopped ? kExitDone : complain("the session bus has gone", kExitNoBus);
 }

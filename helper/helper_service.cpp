@@ -59,15 +59,30 @@ Result<bool> HelperService::claimNames() {
   return claimBusName(fBus, EventAddress(kHelperApplication).busName());
 }
 
+Status HelperService::startDriver(const std::string& socketPath) {
+  fDriver = std::make_unique<DriverLink>(fLoop, socketPath, *this);
+  fStatus.setDriver(fDriver->report());
+  Status started = fDriver->start();
+  tellDriver();
+  return started;
+}
+
+void HelperService::tellDriver() {
+  if (fDriver != nullptr)
+    fDriver->setDevices(fCore.devices());
+}
+
 void HelperService::readingIsDue() {
   sd_event_source_set_enabled(fReading.get(), SD_EVENT_ONESHOT);
 }
 
 void HelperService::settingsRead() {
+  tellDriver();
   fStatus.announce({"Generation", "SettingsState", "SettingsError", "Records"});
 }
 
 void HelperService::devicesChanged() {
+  tellDriver();
   Event event(EventAddress(kPaneApplication), kVeltrixEventClass, kDeviceStateEvent);
   const DeviceState state = fCore.deviceState();
   // Nobody waits for it and a pane that is not there misses nothing: it asks for the devices itself.
@@ -79,5 +94,13 @@ void HelperService::devicesChanged() {
 void HelperService::messageTaken() {
   fStatus.announce({"LastMessage", "RecentMessages", "PaneShown"});
 }
+
+void HelperService::driverReportChanged(const DriverReport& report) {
+  fStatus.setDriver(report);
+}
+
+void HelperService::driverButton(const ButtonPacket& /*packet*/) {}
+
+void HelperService::driverTyped(const KeysTypedPacket& /*packet*/) {}
 
 }  // namespace veltrix

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "helper/driver_link.h"
 #include "helper/helper_core.h"
 #include "helper/status_interface.h"
 #include "platform/event_loop.h"
@@ -9,9 +10,10 @@
 
 namespace veltrix {
 
-// Connects the core with the session bus: takes the pane's events, tells the pane of changed devices, shows
-// the status. The connection, the loop (to which the connection is attached) and the core must outlive it.
-class HelperService final : public HelperObserver {
+// Connects the core with the session bus and with the driver: takes the pane's events, tells the pane of
+// changed devices and the driver what holds for them, shows the status. The connection, the loop (to which
+// the connection is attached) and the core must outlive it.
+class HelperService final : public HelperObserver, public DriverListener {
  public:
   HelperService(sd_bus* bus, sd_event* loop, HelperCore& core, bool simulated);
   ~HelperService() override;
@@ -24,18 +26,28 @@ class HelperService final : public HelperObserver {
   // Takes the helper's names: false when another helper has them.
   Result<bool> claimNames();
 
+  // Connects to the driver at that socket and stays connected. Called once.
+  Status startDriver(const std::string& socketPath);
+
   void readingIsDue() override;
   void settingsRead() override;
   void devicesChanged() override;
   void messageTaken() override;
 
+  void driverReportChanged(const DriverReport& report) override;
+  void driverButton(const ButtonPacket& packet) override;
+  void driverTyped(const KeysTypedPacket& packet) override;
+
  private:
+  void tellDriver();
+
   sd_bus* fBus;
   sd_event* fLoop;
   HelperCore& fCore;
   StatusInterface fStatus;
   std::unique_ptr<EventReceiver> fReceiver;
   EventSourceHandle fReading;
+  std::unique_ptr<DriverLink> fDriver;
 };
 
 }  // namespace veltrix

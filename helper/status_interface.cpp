@@ -131,6 +131,27 @@ int writeRecentMessages(Reply reply, const StatusInterface& /*status*/, const He
   return result < 0 ? result : sd_bus_message_close_container(reply);
 }
 
+int writeDriverState(Reply reply, const StatusInterface& status, const HelperCore& /*core*/) {
+  return appendText(reply, driverStateText(status.driver().state));
+}
+int writeDriverVersion(Reply reply, const StatusInterface& status, const HelperCore& /*core*/) {
+  return appendText(reply, status.driver().version);
+}
+int writeDriverError(Reply reply, const StatusInterface& status, const HelperCore& /*core*/) {
+  return sd_bus_message_append(reply, "i", status.driver().error);
+}
+int writeDriverDevices(Reply reply, const StatusInterface& status, const HelperCore& /*core*/) {
+  int result = sd_bus_message_open_container(reply, 'a', "(uqqqsi)");
+  for (const DriverDevice& device : status.driver().devices) {
+    if (result >= 0) {
+      result = sd_bus_message_append(reply, "(uqqqsi)", device.number, device.address.vendor,
+                                     device.address.product, device.address.productVersion,
+                                     deviceConditionText(device.condition), device.error);
+    }
+  }
+  return result < 0 ? result : sd_bus_message_close_container(reply);
+}
+
 constexpr std::uint64_t kChanging = SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE;
 constexpr std::uint64_t kConstant = SD_BUS_VTABLE_PROPERTY_CONST;
 
@@ -148,6 +169,10 @@ constexpr sd_bus_vtable kHelperTable[] = {
     SD_BUS_PROPERTY("PaneShown", "b", get<writePaneShown>, 0, kChanging),
     SD_BUS_PROPERTY("LastMessage", "s", get<writeLastMessage>, 0, kChanging),
     SD_BUS_PROPERTY("RecentMessages", "as", get<writeRecentMessages>, 0, kChanging),
+    SD_BUS_PROPERTY("DriverState", "s", get<writeDriverState>, 0, kChanging),
+    SD_BUS_PROPERTY("DriverVersion", "s", get<writeDriverVersion>, 0, kChanging),
+    SD_BUS_PROPERTY("DriverError", "i", get<writeDriverError>, 0, kChanging),
+    SD_BUS_PROPERTY("DriverDevices", "a(uqqqsi)", get<writeDriverDevices>, 0, kChanging),
     SD_BUS_VTABLE_END,
 };
 
@@ -167,6 +192,13 @@ Status StatusInterface::publish(sd_bus* bus) {
   }
   fBus = bus;
   return Done{};
+}
+
+void StatusInterface::setDriver(const DriverReport& driver) {
+  if (driver == fDriver)
+    return;
+  fDriver = driver;
+  announce({"DriverState", "DriverVersion", "DriverError", "DriverDevices"});
 }
 
 void StatusInterface::announce(std::initializer_list<const char*> properties) const {

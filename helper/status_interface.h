@@ -3,6 +3,7 @@
 #include <initializer_list>
 #include <memory>
 
+#include "helper/driver_report.h"
 #include "helper/helper_core.h"
 #include "util/result.h"
 
@@ -32,12 +33,17 @@ class StatusInterface {
   // Tells those who watch that these properties have changed.
   void announce(std::initializer_list<const char*> properties) const;
 
+  // What is shown of the driver from now on.
+  void setDriver(const DriverReport& driver);
+
   HelperCore& core() const { return fCore; }
+  const DriverReport& driver() const { return fDriver; }
   bool simulated() const { return fSimulated; }
 
  private:
   HelperCore& fCore;
   bool fSimulated;
+  DriverReport fDriver;
   sd_bus* fBus = nullptr;
   BusSlotHandle fSlot;
 };

@@ -35,6 +35,17 @@ TEST(DeviceRecord, ConvertsTheBestEntry) {
   EXPECT_EQ(record.record->driverEnabled, 1);
 }
 
+TEST(DeviceRecord, HasTheScrollParametersOfTheSameEntry) {
+  auto global = entryOf(0, 0);
+  global.set("param", dictionaryOf({{"timeStop", 5}}));
+  auto best = entryOf(0xA1D0, 0x2041);
+  best.set("param", dictionaryOf({{"timeStop", 9}}));
+  const auto entries = arrayOf({global, best, entryOf(0xA1D0, 0x1020)});
+  EXPECT_EQ(makeDeviceRecord(entries, deviceOf(0x2041)).scroll.timeStop, 9);
+  EXPECT_EQ(makeDeviceRecord(entries, deviceOf(0x1020)).scroll.timeStop, 0);
+  EXPECT_EQ(makeDeviceRecord(entries, deviceOf(0x3000)).scroll.timeStop, 5);
+}
+
 TEST(DeviceRecord, LooksAtTheVersion) {
   const auto entries = arrayOf({entryOf(0xA1D0, 0x2041, 0x0107, 0), entryOf(0xA1D0, 0x2041, 0, 0x0106)});
   EXPECT_EQ(makeDeviceRecord(entries, deviceOf(0x2041, 0x0106)).entryIndex, 1);

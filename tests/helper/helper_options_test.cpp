@@ -27,6 +27,21 @@ TEST(HelperOptions, SimulatesNoDeviceAtAll) {
   EXPECT_TRUE(parseHelperOptions({"--simulate", ""}).simulated.value().empty());
 }
 
+TEST(HelperOptions, NamesTheDriversSocketInBothSpellings) {
+  EXPECT_FALSE(parseHelperOptions({}).driverSocket.has_value());
+  EXPECT_EQ(parseHelperOptions({"--driver-socket", "/tmp/s"}).driverSocket, "/tmp/s");
+  const HelperOptions both = parseHelperOptions({"--simulate=", "--driver-socket=/tmp/s"});
+  EXPECT_EQ(both.driverSocket, "/tmp/s");
+  EXPECT_TRUE(both.simulated.has_value());
+}
+
+TEST(HelperOptions, RefusesADriverSocketWithoutAPath) {
+  for (const auto& arguments :
+       {std::vector<std::string>{"--driver-socket"}, std::vector<std::string>{"--driver-socket="}}) {
+    EXPECT_EQ(parseHelperOptions(arguments).error, "--driver-socket needs the path of the driver's socket");
+  }
+}
+
 TEST(HelperOptions, ShowsHelpAndVersion) {
   EXPECT_EQ(parseHelperOptions({"--help"}).action, Action::kShowHelp);
   EXPECT_EQ(parseHelperOptions({"-h"}).action, Action::kShowHelp);
