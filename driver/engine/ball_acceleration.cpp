@@ -13,7 +13,7 @@ constexpr double kMillimetresPerInch = 25.4;
 
 // Long against the reports of the slowest mouse, so that single counts do not shake the gain; short against
 // what a hand notices.
-constexpr double kSmoothing = 0.020;  // s
+constexpr double kSmoothing = 0.024;  // s
 
 // A report tells what happened since the last one. After a longer time the ball lay still first: the slowest
 // reports come every 8 ms, and nobody can tell how much of a longer pause the movement took.
