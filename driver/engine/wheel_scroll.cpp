@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "driver/engine/scroll_amount.h"
+
 namespace veltrix {
 namespace {
 
@@ -10,9 +12,6 @@ constexpr std::uint16_t kScrollUp = 20;
 constexpr std::uint16_t kScrollDown = 21;
 constexpr std::uint16_t kScrollLeft = 22;
 constexpr std::uint16_t kScrollRight = 23;
-
-constexpr std::int32_t kUsualLines = 3;
-constexpr std::int32_t kUnitsPerLine = kHiResPerDetent / kUsualLines;
 
 // The ball scrolls a detent's amount for 3 mm. An inch is 25.4 mm; both are in tenths of a millimetre.
 constexpr std::int64_t kInchOfBall = 254;
@@ -43,12 +42,11 @@ void WheelScroll::configure(const DriverRecord& record, const ScrollParameters& 
   const bool turned = (record.axisFlags & kInvertZ) != 0;
   fSense = turned != (record.invertWheel != 0) ? -1 : 1;
   fAxisFlags = record.axisFlags;
+  fInertia.configure(record.inertialScroll != 0, parameters, fLines);
   rest();
-  static_cast<void>(parameters);
 }
 
-void WheelScroll::turn(Microseconds /*time*/, std::int32_t wheel, std::int32_t hwheel,
-                       Output& output) noexcept {
+void WheelScroll::turn(Microseconds time, std::int32_t wheel, std::int32_t hwheel, Output& output) noexcept {
   const std::int64_t up = std::int64_t{limitedCounts(wheel)} * fSense;
   Sums units{0, std::int64_t{limitedCounts(hwheel)} * fSense};
   switch (fCommand) {
@@ -65,7 +63,18 @@ void WheelScroll::turn(Microseconds /*time*/, std::int32_t wheel, std::int32_t h
       units.vertical += up;
       break;
   }
+  noteTurn(time, units);
   scroll({units.vertical * fLines, units.horizontal * fLines}, kUsualLines, fWheelLeft, output);
+}
+
+// What rolls on goes along one axis; a wheel that is turned is seldom tilted quite straight, so the larger
+// one.
+void WheelScroll::noteTurn(Microseconds time, Sums units) noexcept {
+  const bool horizontal = std::abs(units.horizontal) > std::abs(units.vertical);
+  const std::int64_t along = horizontal ? units.horizontal : units.vertical;
+  const auto length = static_cast<std::int32_t>(std::min<std::int64_t>(std::abs(along), kMostCounts));
+  if (length != 0)
+    fInertia.turned(time, {horizontal, along < 0}, length);
 }
 
 void WheelScroll::step(std::uint16_t command, std::int16_t lines, Output& output) noexcept {
@@ -104,7 +113,9 @@ void WheelScroll::scroll(Sums parts, std::int64_t partsOfUnit, Sums& left, Outpu
   left.horizontal %= partsOfUnit;
 }
 
-void WheelScroll::stop() noexcept {}
+void WheelScroll::stop() noexcept {
+  fInertia.stop();
+}
 
 void WheelScroll::rest() noexcept {
   stop();
@@ -113,9 +124,14 @@ void WheelScroll::rest() noexcept {
 }
 
 Microseconds WheelScroll::deadline() const noexcept {
-  return kNever;
+  return fInertia.deadline();
 }
 
-void WheelScroll::expire(Microseconds /*now*/, Output& /*output*/) noexcept {}
+void WheelScroll::expire(Microseconds now, Output& output) noexcept {
+  const std::int64_t units = fInertia.expire(now);
+  const ScrollWay way = fInertia.way();
+  const std::int64_t signedUnits = way.negative ? -units : units;
+  fEvents.write(way.horizontal ? 0 : signedUnits, way.horizontal ? signedUnits : 0, output);
+}
 
 }  // namespace veltrix

@@ -5,6 +5,7 @@
 #include "driver/engine/ball_counts.h"
 #include "driver/engine/engine_types.h"
 #include "driver/engine/output.h"
+#include "driver/engine/scroll_inertia.h"
 #include "driver/engine/wheel_events.h"
 #include "driverlink/record.h"
 #include "driverlink/scroll_parameters.h"
@@ -50,6 +51,7 @@ class WheelScroll {
     std::int64_t horizontal = 0;
   };
 
+  void noteTurn(Microseconds time, Sums units) noexcept;
   void scroll(Sums parts, std::int64_t partsOfUnit, Sums& left, Output& output) noexcept;
 
   std::uint16_t fNativeResolution;
@@ -60,6 +62,7 @@ class WheelScroll {
   Sums fWheelLeft;          // what makes no unit yet
   Sums fBallLeft;
   WheelEvents fEvents;
+  ScrollInertia fInertia;
 };
 
 }  // namespace veltrix
