@@ -1,0 +1,398 @@
+#include "driver/engine/action_player.h"
+
+#include <gmock/gmock.h>
+
+#include "tests/driver/played_events.h"
+
+namespace veltrix {
+namespace {
+
+using test::by;
+using test::down;
+using test::together;
+using test::up;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::uint16_t kShift = 0x0200;
+constexpr std::uint8_t kVoice = 4;
+constexpr std::uint8_t kOtherVoice = 5;
+
+constexpr std::uint16_t kClick = 1;
+constexpr std::uint16_t kDoubleClick = 6;
+constexpr std::uint16_t kDragLock = 7;
+constexpr std::uint16_t kTripleClick = 8;
+
+using Groups = std::vector<std::string>;
+
+class ActionPlayerTest : public testing::Test {
+ protected:
+  Stage stage() { return {fNow, fWheel, fOutput}; }
+
+  void begin(std::uint16_t command, std::uint16_t modifiers = 0, std::uint16_t argument = 0,
+             std::uint8_t voice = kVoice) {
+    fPlayer.begin(voice, planOf({command, modifiers, argument, 0}), stage());
+  }
+  void end(std::uint8_t voice = kVoice, bool isBelated = false) { fPlayer.end(voice, isBelated, stage()); }
+  void tap(std::uint16_t command, std::uint16_t argument = 0) {
+    fPlayer.tap(kWheelSlot, planOf({command, 0, argument, 0}), stage());
+  }
+
+  // Lets time pass and takes what falls due in it, each at its time.
+  void wait(int milliseconds) {
+    const Microseconds until = fNow + Microseconds{std::int64_t{milliseconds} * 1000};
+    while (fPlayer.deadline() <= until) {
+      fNow = fPlayer.deadline();
+      fPlayer.expire(stage());
+    }
+    fNow = until;
+  }
+
+  Groups taken() {
+    Groups groups = test::groupsOf(fOutput);
+    fOutput.clear();
+    return groups;
+  }
+
+  WheelScroll fWheel{DeviceModel{}};
+  ActionPlayer fPlayer;
+  Output fOutput;
+  Microseconds fNow{1'000'000};
+};
+
+TEST_F(ActionPlayerTest, ClickIsHeldAsLongAsItsButton) {
+  begin(2);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_RIGHT)));
+  EXPECT_EQ(fPlayer.deadline(), kNever);
+  wait(100'000);
+  EXPECT_THAT(taken(), IsEmpty());
+  end();
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_RIGHT)));
+}
+
+TEST_F(ActionPlayerTest, ModifiersOfAClickAreGroupsAroundIt) {
+  begin(kClick, kShift | 0x1000);
+  EXPECT_THAT(taken(), ElementsAre(together(down(KEY_LEFTSHIFT), down(KEY_LEFTCTRL)), down(BTN_LEFT)));
+  end();
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), together(up(KEY_LEFTCTRL), up(KEY_LEFTSHIFT))));
+}
+
+TEST_F(ActionPlayerTest, KeystrokeIsHeldWithItsModifiers) {
+  begin(10, kShift, 0);
+  EXPECT_THAT(taken(), ElementsAre(down(KEY_LEFTSHIFT), down(KEY_A)));
+  end();
+  EXPECT_THAT(taken(), ElementsAre(up(KEY_A), up(KEY_LEFTSHIFT)));
+}
+
+TEST_F(ActionPlayerTest, KeystrokeWithoutAKeyPressesNothingNotEvenModifiers) {
+  begin(10, kShift, 255);
+  end();
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(ActionPlayerTest, DoubleClickHoldsItsSecondPress) {
+  begin(kDoubleClick);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  wait(29);
+  EXPECT_THAT(taken(), IsEmpty());
+  wait(1);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+  wait(50);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  wait(10'000);
+  EXPECT_THAT(taken(), IsEmpty());
+  end();
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+}
+
+TEST_F(ActionPlayerTest, TripleClickPressesThreeTimesBetweenItsModifiers) {
+  begin(kTripleClick, kShift);
+  wait(1000);
+  end();
+  EXPECT_THAT(taken(), ElementsAre(down(KEY_LEFTSHIFT), down(BTN_LEFT), up(BTN_LEFT), down(BTN_LEFT),
+                                   up(BTN_LEFT), down(BTN_LEFT), up(BTN_LEFT), up(KEY_LEFTSHIFT)));
+}
+
+TEST_F(ActionPlayerTest, DoubleClickCompletesWhenItsButtonComesUpEarly) {
+  for (const int heldFor : {0, 10, 60}) {
+    begin(kDoubleClick, kShift);
+    wait(heldFor);
+    end();
+    wait(79 - heldFor);
+    EXPECT_THAT(taken(), ElementsAre(down(KEY_LEFTSHIFT), down(BTN_LEFT), up(BTN_LEFT)));
+    wait(1);
+    EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+    wait(30);
+    EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), up(KEY_LEFTSHIFT)));
+    EXPECT_EQ(fPlayer.deadline(), kNever);
+  }
+}
+
+TEST_F(ActionPlayerTest, PressDuringADoubleClickEndsItAndBeginsAnew) {
+  begin(kDoubleClick);
+  end();
+  begin(kDoubleClick);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT), down(BTN_LEFT)));
+  wait(1000);
+  end();
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), down(BTN_LEFT), up(BTN_LEFT)));
+}
+
+TEST_F(ActionPlayerTest, BelatedEndKeepsAClickDownForAMoment) {
+  begin(kClick);
+  end(kVoice, true);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  wait(30);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+}
+
+TEST_F(ActionPlayerTest, BelatedEndOfAKeyIsAtOnce) {
+  begin(10, 0, 0);
+  end(kVoice, true);
+  EXPECT_THAT(taken(), ElementsAre(down(KEY_A), up(KEY_A)));
+}
+
+TEST_F(ActionPlayerTest, WhatFollowsABelatedClickComesAfterItsRelease) {
+  begin(kClick);
+  end(kVoice, true);
+  begin(2, 0, 0, kOtherVoice);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT), down(BTN_RIGHT)));
+  EXPECT_EQ(fPlayer.deadline(), kNever);
+}
+
+TEST_F(ActionPlayerTest, DragLockHoldsUntilTheNextPressOfItsButton) {
+  begin(kDragLock, kShift);
+  end();
+  EXPECT_THAT(taken(), ElementsAre(down(KEY_LEFTSHIFT), down(BTN_LEFT)));
+  begin(kDragLock, kShift);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), up(KEY_LEFTSHIFT)));
+  end();
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(ActionPlayerTest, DragLockEndsBeforeAnyOtherClick) {
+  for (const std::uint16_t command : std::to_array<std::uint16_t>({1, 2, 3, 4, 5, 12, 18})) {
+    begin(kDragLock, kShift);
+    end();
+    taken();
+    begin(command, 0, 0, kOtherVoice);
+    const Groups groups = taken();
+    ASSERT_EQ(groups.size(), 3U) << command;
+    EXPECT_EQ(groups[0], up(BTN_LEFT));
+    EXPECT_EQ(groups[1], up(KEY_LEFTSHIFT));
+    EXPECT_EQ(groups[2].front(), '+');
+    end(kOtherVoice);
+    taken();
+  }
+}
+
+TEST_F(ActionPlayerTest, DragLockOfAnotherButtonTakesItsPlace) {
+  begin(kDragLock);
+  end();
+  begin(kDragLock, 0, 0, kOtherVoice);
+  end(kOtherVoice);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT), down(BTN_LEFT)));
+}
+
+TEST_F(ActionPlayerTest, DragLockOutlastsKeysScrollingAndModes) {
+  begin(kDragLock);
+  end();
+  taken();
+  for (const std::uint16_t command : std::to_array<std::uint16_t>({10, 20, 24, 27, 70})) {
+    begin(command, 0, 255, kOtherVoice);
+    end(kOtherVoice);
+  }
+  const Groups groups = taken();
+  EXPECT_THAT(groups, testing::Not(testing::Contains(up(BTN_LEFT))));
+}
+
+TEST_F(ActionPlayerTest, PassThroughButtonIsAClickThatEndsTheDragLock) {
+  begin(kDragLock);
+  end();
+  taken();
+  fPlayer.begin(kFirstPlainVoice + 8, planOfPlainButton(8), stage());
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), down(BTN_MOUSE + 8)));
+}
+
+TEST_F(ActionPlayerTest, ScrollingStepsAtOnceAndRepeatsWhileHeld) {
+  const std::string step = together(by(REL_WHEEL_HI_RES, 120), by(REL_WHEEL, 1));
+  begin(20, 0, 3);
+  EXPECT_THAT(taken(), ElementsAre(step));
+  wait(299);
+  EXPECT_THAT(taken(), IsEmpty());
+  wait(1);
+  EXPECT_THAT(taken(), ElementsAre(step));
+  wait(180);
+  EXPECT_THAT(taken(), ElementsAre(step, step, step));
+  end();
+  wait(1000);
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(ActionPlayerTest, LateRepeatDoesNotCatchUp) {
+  begin(21, 0, 3);
+  taken();
+  fNow += Microseconds{10'000'000};
+  fPlayer.expire(stage());
+  EXPECT_EQ(taken().size(), 1U);
+  EXPECT_EQ(fPlayer.deadline(), fNow + kScrollRepeat);
+}
+
+TEST_F(ActionPlayerTest, ModesHoldAsLongAsAnyOfTheirButtons) {
+  begin(25);
+  begin(25, 0, 0, kOtherVoice);
+  EXPECT_TRUE(fPlayer.modes().slow);
+  EXPECT_FALSE(fPlayer.modes().singleAxis);
+  end();
+  EXPECT_TRUE(fPlayer.modes().slow);
+  end(kOtherVoice);
+  EXPECT_FALSE(fPlayer.modes().slow);
+  begin(24);
+  EXPECT_TRUE(fPlayer.modes().scrollWithBall);
+  end();
+  begin(26);
+  EXPECT_TRUE(fPlayer.modes().singleAxis);
+  EXPECT_FALSE(fPlayer.modes().scrollWithBall);
+}
+
+TEST_F(ActionPlayerTest, ModesTurnOnAndOffWithEachPress) {
+  for (const std::uint16_t command : std::to_array<std::uint16_t>({27, 28, 29})) {
+    begin(command);
+    end();
+    EXPECT_EQ(fPlayer.modes().scrollWithBall, command == 27);
+    EXPECT_EQ(fPlayer.modes().slow, command == 28);
+    EXPECT_EQ(fPlayer.modes().singleAxis, command == 29);
+    begin(command);
+    end();
+  }
+  EXPECT_FALSE(fPlayer.modes().singleAxis);
+}
+
+TEST_F(ActionPlayerTest, HeldModeEndsWithoutEndingTheSameOneThatIsOn) {
+  begin(28);
+  end();
+  begin(25);
+  end();
+  EXPECT_TRUE(fPlayer.modes().slow);
+}
+
+TEST_F(ActionPlayerTest, TapOfAClickLastsAMomentAndFurtherOnesWait) {
+  tap(kClick);
+  tap(kClick);
+  tap(kClick);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  wait(30);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+  wait(50 + 30 + 50 + 30);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT), down(BTN_LEFT), up(BTN_LEFT)));
+  wait(1000);
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(ActionPlayerTest, TapsThatWaitAreLimited) {
+  for (int count = 0; count < 1000; ++count) tap(kTripleClick);
+  taken();
+  wait(100'000);
+  EXPECT_EQ(taken().size(), 1U + 2 * 12);
+}
+
+TEST_F(ActionPlayerTest, TapOfAKeyIsAtOnce) {
+  tap(10, 0);
+  tap(10, 0);
+  EXPECT_THAT(taken(), ElementsAre(down(KEY_A), up(KEY_A), down(KEY_A), up(KEY_A)));
+}
+
+TEST_F(ActionPlayerTest, OneKeyOfTwoVoicesIsWrittenOnce) {
+  begin(kClick);
+  begin(kClick, 0, 0, kOtherVoice);
+  end();
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  end(kOtherVoice);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+}
+
+TEST_F(ActionPlayerTest, EndOfEverythingReleasesAllAndLeavesEveryMode) {
+  begin(kClick, kShift, 0, 0);
+  begin(10, 0, 0, 1);
+  begin(25, 0, 0, 2);
+  begin(28, 0, 0, 3);
+  begin(kDoubleClick);
+  begin(20, 0, 1, kOtherVoice);
+  taken();
+  fPlayer.endAll(stage());
+  EXPECT_THAT(taken(), ElementsAre(up(KEY_A), up(BTN_LEFT), up(KEY_LEFTSHIFT)));
+  EXPECT_EQ(fPlayer.deadline(), kNever);
+  EXPECT_FALSE(fPlayer.modes().slow);
+  end();
+  end(0);
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(ActionPlayerTest, EndOfEverythingEndsTheDragLock) {
+  begin(kDragLock);
+  end();
+  taken();
+  fPlayer.endAll(stage());
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+  begin(kDragLock);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+}
+
+class ActionPlayerNotices : public ActionPlayerTest {
+ protected:
+  std::vector<ButtonNotice> notices() {
+    const auto notices = fOutput.notices();
+    return {notices.begin(), notices.end()};
+  }
+};
+
+TEST_F(ActionPlayerNotices, CommandOfTheHelperIsToldAndPressesNothing) {
+  begin(70);
+  end();
+  EXPECT_THAT(notices(),
+              ElementsAre(ButtonNotice{kVoice, 70, true, true}, ButtonNotice{kVoice, 70, false, true}));
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(ActionPlayerNotices, CommandOfTheDriverIsToldForWatching) {
+  begin(kClick);
+  end();
+  EXPECT_THAT(notices(),
+              ElementsAre(ButtonNotice{kVoice, 1, true, false}, ButtonNotice{kVoice, 1, false, false}));
+}
+
+TEST_F(ActionPlayerNotices, ButtonWithoutAnActionIsToldForWatching) {
+  begin(0);
+  end();
+  EXPECT_THAT(notices(),
+              ElementsAre(ButtonNotice{kVoice, 0, true, false}, ButtonNotice{kVoice, 0, false, false}));
+}
+
+TEST_F(ActionPlayerNotices, ButtonThatPassesThroughIsNotTold) {
+  fPlayer.begin(kFirstPlainVoice + 9, planOfPlainButton(9), stage());
+  end(kFirstPlainVoice + 9);
+  EXPECT_THAT(notices(), IsEmpty());
+}
+
+TEST_F(ActionPlayerNotices, EndOfEverythingTellsTheEndOfWhatIsHeld) {
+  begin(70);
+  begin(kDoubleClick, 0, 0, kOtherVoice);
+  end(kOtherVoice);
+  fOutput.clear();
+  fPlayer.endAll(stage());
+  EXPECT_THAT(notices(), ElementsAre(ButtonNotice{kVoice, 70, false, true}));
+}
+
+TEST_F(ActionPlayerNotices, TapTellsBothEnds) {
+  tap(54);
+  tap(kClick);
+  tap(kClick);
+  EXPECT_THAT(
+      notices(),
+      ElementsAre(ButtonNotice{kWheelSlot, 54, true, true}, ButtonNotice{kWheelSlot, 54, false, true},
+                  ButtonNotice{kWheelSlot, 1, true, false}, ButtonNotice{kWheelSlot, 1, false, false},
+                  ButtonNotice{kWheelSlot, 1, true, false}, ButtonNotice{kWheelSlot, 1, false, false}));
+}
+
+}  // namespace
+}  // namespace veltrix
