@@ -1,7 +1,16 @@
 #pragma once
 
+#include <array>
+
+#include "driver/engine/action_plan.h"
+#include "driver/engine/action_player.h"
+#include "driver/engine/chord_resolver.h"
+#include "driver/engine/detent_counter.h"
 #include "driver/engine/engine_types.h"
 #include "driver/engine/output.h"
+#include "driver/engine/pointer_motion.h"
+#include "driver/engine/voices.h"
+#include "driver/engine/wheel_scroll.h"
 #include "driverlink/record.h"
 #include "driverlink/scroll_parameters.h"
 
@@ -15,8 +24,9 @@ class Engine {
   // Works by an empty record, an ordinary mouse, until apply().
   explicit Engine(const DeviceModel& model) noexcept;
 
-  // From now on works by this record. What held buttons began is ended; a button that is still down does
-  // nothing until it is pressed again.
+  // From now on works by this record. What held buttons began is ended, and modes and the drag lock that are
+  // on; a button that is still down does nothing until it is pressed again. Nothing at all happens when it
+  // works by this record already.
   void apply(const DriverRecord& record, const ScrollParameters& parameters, Microseconds now,
              Output& output) noexcept;
 
@@ -40,7 +50,24 @@ class Engine {
                      Output& output) noexcept;
 
  private:
-  // to be filled in
+  Microseconds advance(Microseconds time) noexcept;
+  Stage stage(Output& output) noexcept { return {fNow, fWheel, output}; }
+  void configure() noexcept;
+  void serve(Microseconds now, Output& output) noexcept;
+  void turnBall(const InputFrame& frame, std::uint8_t heldModifiers, Output& output) noexcept;
+  void turnWheel(const InputFrame& frame, Output& output) noexcept;
+  void changeButton(const ButtonChange& change, Output& output) noexcept;
+  void play(const VoiceChanges& changes, Output& output) noexcept;
+
+  DriverRecord fRecord;  // as it is carried out
+  ScrollParameters fParameters{};
+  std::array<ActionPlan, kVoices> fPlan{};
+  ChordResolver fChords;
+  ActionPlayer fPlayer;
+  PointerMotion fPointer;
+  WheelScroll fWheel;
+  DetentCounter fDetents;
+  Microseconds fNow{0};
 };
 
 }  // namespace veltrix

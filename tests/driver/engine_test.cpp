@@ -1,0 +1,316 @@
+#include "driver/engine/engine.h"
+
+#include "tests/driver/engine_fixture.h"
+
+namespace veltrix {
+namespace {
+
+using test::by;
+using test::down;
+using test::together;
+using test::up;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using EngineTest = test::EngineTest;
+
+constexpr RecordAction kLeftClick{1, 0, 0, 0};
+constexpr RecordAction kRightClick{2, 0, 0, 0};
+constexpr RecordAction kMiddleClick{3, 0, 0, 0};
+
+RecordAction command(std::uint16_t code, std::uint16_t argument = 0) {
+  return {code, 0, argument, 0};
+}
+
+const std::string kDetentUp = together(by(REL_WHEEL_HI_RES, 120), by(REL_WHEEL, 1));
+
+// --- an ordinary mouse
+
+TEST_F(EngineTest, WithoutARecordItIsAnOrdinaryMouse) {
+  for (std::uint8_t button = 0; button < kMostButtons; ++button) {
+    const auto code = static_cast<std::uint16_t>(BTN_MOUSE + button);
+    press(button);
+    EXPECT_THAT(taken(), ElementsAre(down(code)));
+    release(button);
+    EXPECT_THAT(taken(), ElementsAre(up(code)));
+  }
+  move(3, -4);
+  EXPECT_THAT(taken(), ElementsAre(together(by(REL_X, 3), by(REL_Y, -4))));
+  turn(120);
+  EXPECT_THAT(taken(), ElementsAre(kDetentUp));
+  turn(0, -120);
+  EXPECT_THAT(taken(), ElementsAre(together(by(REL_HWHEEL_HI_RES, -120), by(REL_HWHEEL, -1))));
+  EXPECT_THAT(notices(), IsEmpty());
+}
+
+TEST_F(EngineTest, RecordWithoutAnyButtonLeavesAnOrdinaryMouse) {
+  DriverRecord record{};
+  record.driverEnabled = 1;
+  record.speed = record.acceleration = kRecordNotSet;
+  record.action[0] = kRightClick;  // counts for nothing
+  apply(record);
+  click(0);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT)));
+  turn(120);
+  EXPECT_THAT(taken(), ElementsAre(kDetentUp));
+}
+
+TEST_F(EngineTest, RecordThatTurnsTheDriverOffLeavesAnOrdinaryMouse) {
+  DriverRecord record = recordOf({{0, kRightClick}});
+  record.driverEnabled = 0;
+  record.axisFlags = kSwapXY;
+  apply(record);
+  click(0);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT)));
+  move(3, 0);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, 3)));
+}
+
+// --- buttons
+
+TEST_F(EngineTest, ButtonsDoWhatTheirSlotsSay) {
+  apply(recordOf({{0, kRightClick}, {5, command(10, 0)}}));
+  press(0);
+  press(5);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_RIGHT), down(KEY_A)));
+  release(0);
+  release(5);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_RIGHT), up(KEY_A)));
+}
+
+TEST_F(EngineTest, ButtonWithoutAnActionIsNotPassedOn) {
+  apply(emptyRecord());
+  click(0);
+  click(15);
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(EngineTest, ButtonsWhoseSlotsBelongToChordsAndWheelPassThrough) {
+  apply(recordOf({{8, kRightClick}, {9, kRightClick}}));
+  for (const std::uint8_t button : std::to_array<std::uint8_t>({8, 9, 12})) {
+    const auto code = static_cast<std::uint16_t>(BTN_MOUSE + button);
+    click(button);
+    EXPECT_THAT(taken(), ElementsAre(down(code), up(code)));
+  }
+}
+
+TEST_F(EngineTest, ButtonOfTheHelperIsToldAtPressAndRelease) {
+  apply(recordOf({{4, command(70)}}));
+  press(4);
+  EXPECT_THAT(notices(), ElementsAre(ButtonNotice{4, 70, true, true}));
+  wait(1000);
+  release(4);
+  EXPECT_THAT(notices(), ElementsAre(ButtonNotice{4, 70, true, true}, ButtonNotice{4, 70, false, true}));
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(EngineTest, ButtonsBeyondThoseThatAreAreNothing) {
+  press(16);
+  press(255);
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(EngineTest, RepeatedReportsOfOneStateAreOne) {
+  press(0);
+  press(0);
+  release(0);
+  release(0);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT)));
+}
+
+TEST_F(EngineTest, ChangesOfOneFrameKeepTheirOrderAndFollowTheMotion) {
+  InputFrame frame;
+  frame.dx = 2;
+  frame.changeCount = 3;
+  frame.change[0] = {0, true};
+  frame.change[1] = {1, true};
+  frame.change[2] = {0, false};
+  send(frame);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, 2), down(BTN_LEFT), down(BTN_RIGHT), up(BTN_LEFT)));
+}
+
+TEST_F(EngineTest, FrameThatClaimsMoreChangesThanItHoldsIsReadToItsEnd) {
+  InputFrame frame;
+  frame.changeCount = 255;
+  frame.change.fill({3, true});
+  send(frame);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_SIDE)));
+}
+
+// --- chords
+
+class EngineChords : public EngineTest {
+ protected:
+  EngineChords() { apply(recordOf({{0, kLeftClick}, {1, kRightClick}, {4, command(4)}, {8, kMiddleClick}})); }
+};
+
+TEST_F(EngineChords, BothButtonsInTimeAreTheChord) {
+  press(0);
+  wait(39);
+  press(1);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_MIDDLE)));
+  wait(1000);
+  release(1);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_MIDDLE)));
+  release(0);
+  EXPECT_THAT(taken(), IsEmpty());
+}
+
+TEST_F(EngineChords, DeadlineItselfIsStillInTime) {
+  press(0);
+  fNow += kChordTime;
+  press(1);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_MIDDLE)));
+}
+
+TEST_F(EngineChords, ButtonAloneIsPlayedWhenItsTimeIsOver) {
+  press(0);
+  wait(39);
+  EXPECT_THAT(taken(), IsEmpty());
+  wait(1);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  release(0);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+}
+
+TEST_F(EngineChords, PartnerAfterADeadlineThatNobodyServedComesTooLate) {
+  press(0);
+  fNow += kChordTime + Microseconds{1};
+  press(1);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), down(BTN_RIGHT)));
+}
+
+TEST_F(EngineChords, QuickClickIsPlayedAtItsReleaseForAMoment) {
+  press(0);
+  wait(10);
+  release(0);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  wait(30);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+}
+
+TEST_F(EngineChords, TwoQuickClicksAreTwoClicks) {
+  for (int time = 0; time < 2; ++time) {
+    press(0);
+    wait(10);
+    release(0);
+    wait(15);
+  }
+  wait(100);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT), down(BTN_LEFT), up(BTN_LEFT)));
+}
+
+TEST_F(EngineChords, DragKeepsItsStart) {
+  press(0);
+  move(kChordSlack, 0);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, kChordSlack)));
+  move(1, 0);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), by(REL_X, 1)));
+}
+
+TEST_F(EngineChords, MotionInTheFrameOfThePartnerDoesNotBreakTheChord) {
+  press(0);
+  InputFrame frame;
+  frame.dx = 100;
+  frame.changeCount = 1;
+  frame.change[0] = {1, true};
+  send(frame);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, 100), down(BTN_MIDDLE)));
+}
+
+TEST_F(EngineChords, WheelEndsTheWaitAndFollowsThePress) {
+  press(1);
+  turn(120);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_RIGHT), kDetentUp));
+}
+
+TEST_F(EngineChords, AnotherButtonEndsTheWaitAndFollowsThePress) {
+  press(1);
+  press(4);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_RIGHT), down(BTN_SIDE)));
+}
+
+TEST_F(EngineChords, ChordThatDoesNothingDelaysNothing) {
+  press(2);
+  EXPECT_EQ(fEngine.deadline(), kNever);
+  EXPECT_THAT(notices(), ElementsAre(ButtonNotice{2, 0, true, false}));
+}
+
+TEST_F(EngineChords, ChordIsToldWithItsSlot) {
+  apply(recordOf({{9, command(70)}}));
+  press(3);
+  press(2);
+  release(3);
+  release(2);
+  EXPECT_THAT(notices(), ElementsAre(ButtonNotice{9, 70, true, true}, ButtonNotice{9, 70, false, true}));
+}
+
+TEST_F(EngineChords, MotionRightAfterAQuickClickComesAfterItsRelease) {
+  click(0);
+  move(5, 0);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT), by(REL_X, 5)));
+}
+
+// --- pointer modes
+
+class EngineModes : public EngineTest {};
+
+TEST_F(EngineModes, SlowAndSingleAxisAreHeldByAButton) {
+  apply(recordOf({{4, command(25)}, {5, command(26)}}));
+  press(4);
+  move(40, 0);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, 10)));
+  release(4);
+  press(5);
+  for (int step = 0; step < 20; ++step) move(10, 1);
+  for (const std::string& group : taken()) EXPECT_EQ(group.find(by(REL_Y, 1)), std::string::npos);
+}
+
+TEST_F(EngineModes, SlowHoldsWhileAllItsModifiersAreHeld) {
+  DriverRecord record = emptyRecord();
+  record.slowModifiers = kHeldShift | kHeldControl;
+  apply(record);
+  fHeldModifiers = kHeldShift;
+  move(40, 0);
+  fHeldModifiers = kHeldShift | kHeldControl | kHeldOption;
+  move(40, 0);
+  fHeldModifiers = 0;
+  move(40, 0);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, 40), by(REL_X, 10), by(REL_X, 40)));
+}
+
+TEST_F(EngineModes, SingleAxisHoldsWhileItsModifiersAreHeld) {
+  DriverRecord record = emptyRecord();
+  record.singleModifiers = kHeldOption;
+  apply(record);
+  fHeldModifiers = kHeldOption;
+  for (int step = 0; step < 20; ++step) move(10, 1);
+  for (const std::string& group : taken()) EXPECT_EQ(group.find(by(REL_Y, 1)), std::string::npos);
+}
+
+TEST_F(EngineModes, BallScrollsAndPointerStaysWhileItsButtonIsHeld) {
+  apply(recordOf({{4, command(24)}}));
+  press(4);
+  for (int step = 0; step < 20; ++step) move(10, 10);
+  const auto groups = taken();
+  ASSERT_FALSE(groups.empty());
+  for (const std::string& group : groups) {
+    EXPECT_EQ(group.rfind(std::to_string(REL_X) + ":", 0), std::string::npos) << group;
+    EXPECT_NE(group.find(std::to_string(REL_WHEEL_HI_RES) + ":"), std::string::npos) << group;
+  }
+  release(4);
+  move(7, 0);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, 7)));
+}
+
+TEST_F(EngineModes, ModesTurnedOnOutlastTheirButton) {
+  apply(recordOf({{4, command(28)}}));
+  click(4);
+  move(40, 0);
+  click(4);
+  move(40, 0);
+  EXPECT_THAT(taken(), ElementsAre(by(REL_X, 10), by(REL_X, 40)));
+}
+
+}  // namespace
+}  // namespace veltrix
