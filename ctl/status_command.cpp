@@ -2,6 +2,7 @@
 #include <iostream>
 
 #include "ctl/commands.h"
+#include "ctl/driver_words.h"
 #include "ctl/helper_properties.h"
 #include "ctl/hex_ids.h"
 #include "ctl/outcome.h"
@@ -25,6 +26,11 @@ Json recordOf(const Json& record) {
       {"id", record.at(0)}, {"entryIndex", record.at(1)}, {"global", record.at(2)}, {"record", record.at(3)}};
 }
 
+Json driverDeviceOf(const Json& device) {
+  return {{"number", device.at(0)},  {"vendor", device.at(1)},    {"product", device.at(2)},
+          {"version", device.at(3)}, {"condition", device.at(4)}, {"error", device.at(5)}};
+}
+
 // The same properties with names for what the bus carries by position.
 Json named(const Json& properties) {
   Json json = properties;
@@ -34,11 +40,45 @@ Json named(const Json& properties) {
   for (auto& record : json["Records"]) {
     record = recordOf(record);
   }
+  for (auto& device : json["DriverDevices"]) {
+    device = driverDeviceOf(device);
+  }
   return json;
 }
 
 std::string textOf(const Json& value) {
   return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+// The trackball as the driver has it: those that are alike have no other order than that of their coming.
+const Json* findDriverDevice(const Json& properties, std::size_t index) {
+  const auto isAlike = [&](const Json& device, const Json& other) {
+    return idAt(device, 1) == idAt(other, 1) && idAt(device, 2) == idAt(other, 2) &&
+           idAt(device, 3) == idAt(other, 3);
+  };
+  const Json& devices = properties.at("Devices");
+  std::size_t before = 0;
+  for (std::size_t i = 0; i < index; ++i) {
+    before += isAlike(devices.at(i), devices.at(index)) ? 1 : 0;
+  }
+  for (const Json& device : properties.at("DriverDevices")) {
+    if (isAlike(device, devices.at(index)) && before-- == 0) {
+      return &device;
+    }
+  }
+  return nullptr;
+}
+
+void printCondition(const Json& properties, std::size_t index) {
+  const std::string state = textOf(properties.at("DriverState"));
+  if (state != "connected" && state != "no-outputs") {
+    return;
+  }
+  const Json* device = findDriverDevice(properties, index);
+  std::cout << "  driver: "
+            << (device == nullptr ? "has not found it"
+                                  : driverConditionText(textOf(device->at(4)), device->at(5).get<int>()))
+            << '\n';
 }
 
 void printDevice(const Json& device, const Json& record) {
@@ -65,10 +105,15 @@ void print(const Json& properties) {
   std::cout << "window open: " << (properties.at("PaneShown").get<bool>() ? "yes" : "no")
             << "\naccessibility: " << (properties.at("AccessibilityGranted").get<bool>() ? "yes" : "no")
             << "\nlast message: " << textOf(properties.at("LastMessage")) << '\n';
+  std::cout << "driver: "
+            << driverText(textOf(properties.at("DriverState")), textOf(properties.at("DriverVersion")),
+                          properties.at("DriverError").get<int>())
+            << '\n';
   const Json& devices = properties.at("Devices");
   const Json& records = properties.at("Records");
   for (std::size_t i = 0; i < devices.size() && i < records.size(); ++i) {
     printDevice(devices.at(i), records.at(i));
+    printCondition(properties, i);
   }
   if (devices.empty()) {
     std::cout << "No trackball is connected.\n";
@@ -95,7 +140,7 @@ int run(const Context& context) {
 }  // namespace
 
 void addStatusCommand(CLI::App& app, Context& context) {
-  app.add_subcommand("status", "Show what the running helper knows: devices, records, settings")
+  app.add_subcommand("status", "Show what the running helper knows: driver, devices, records, settings")
       ->callback([&context] { context.exitCode = run(context); });
 }
 

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <thread>
 
 #include "platform/session_bus.h"
@@ -52,6 +53,15 @@ int getProperty(sd_bus* /*bus*/, const char* /*path*/, const char* /*interface*/
   if (name == "RecentMessages") {
     return sd_bus_message_append(reply, "as", 1, "VXUp");
   }
+  if (name == "DriverState") {
+    return sd_bus_message_append(reply, "s", "connected");
+  }
+  if (name == "DriverError") {
+    return sd_bus_message_append(reply, "i", 0);
+  }
+  if (name == "DriverDevices") {
+    return sd_bus_message_append(reply, "a(uqqqsi)", 1, 7, 0xA1D0, 0x2041, 0x0107, "failed", EACCES);
+  }
   const bool isFlag = name == "Simulated" || name == "AccessibilityGranted" || name == "PaneShown";
   return isFlag ? sd_bus_message_append(reply, "b", name == "Simulated" ? 1 : 0)
                 : sd_bus_message_append(reply, "s", ("<" + name + ">").c_str());
@@ -71,6 +81,10 @@ constexpr sd_bus_vtable kTable[] = {
     SD_BUS_PROPERTY("PaneShown", "b", getProperty, 0, 0),
     SD_BUS_PROPERTY("LastMessage", "s", getProperty, 0, 0),
     SD_BUS_PROPERTY("RecentMessages", "as", getProperty, 0, 0),
+    SD_BUS_PROPERTY("DriverState", "s", getProperty, 0, 0),
+    SD_BUS_PROPERTY("DriverVersion", "s", getProperty, 0, 0),
+    SD_BUS_PROPERTY("DriverError", "i", getProperty, 0, 0),
+    SD_BUS_PROPERTY("DriverDevices", "a(uqqqsi)", getProperty, 0, 0),
     SD_BUS_VTABLE_END,
 };
 
@@ -140,11 +154,14 @@ TEST_F(CtlHelper, StatusPrintsWhatTheHelperKnows) {
              "window open: no\n"
              "accessibility: no\n"
              "last message: <LastMessage>\n"
+             "driver: works, version <DriverVersion>\n"
              "A1D0:2041:0107  Skiffline™ Trackball  (usb-1)\n"
              "  record of devices/3\n"
              "  01ff\n"
+             "  driver: cannot be used: Permission denied\n"
              "A1D0:9999:0203  unknown kind  (usb-2)\n"
-             "  no record: no entry of the settings is for it\n");
+             "  no record: no entry of the settings is for it\n"
+             "  driver: has not found it\n");
 }
 
 TEST_F(CtlHelper, StatusPrintsJson) {
@@ -165,6 +182,13 @@ TEST_F(CtlHelper, StatusPrintsJson) {
                                                   {"productName", "Skiffline"}}));
   EXPECT_EQ(status["Records"][0],
             nlohmann::json({{"id", "usb-1"}, {"entryIndex", 3}, {"global", false}, {"record", "01ff"}}));
+  EXPECT_EQ(status["DriverState"], "connected");
+  EXPECT_EQ(status["DriverDevices"], nlohmann::json::array({{{"number", 7},
+                                                             {"vendor", 0xA1D0},
+                                                             {"product", 0x2041},
+                                                             {"version", 0x0107},
+                                                             {"condition", "failed"},
+                                                             {"error", EACCES}}}));
 }
 
 }  // namespace
