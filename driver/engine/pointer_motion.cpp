@@ -1,7 +1,6 @@
 #include "driver/engine/pointer_motion.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace veltrix {
 namespace {
@@ -38,7 +37,8 @@ Movement PointerMotion::move(Microseconds time, std::int32_t dx, std::int32_t dy
   if (modes.scrollWithBall || (dx == 0 && dy == 0))
     return {};
   BallCounts counts = mountedCounts(fAxisFlags, dx, dy);
-  const std::int64_t gain = std::llround(fAcceleration.gain(time, counts) * static_cast<double>(kGainParts));
+  const auto gain =
+      static_cast<std::int64_t>(fAcceleration.gain(time, counts) * static_cast<double>(kGainParts));
   if (modes.singleAxis)
     counts = fAxisLock.keep(counts);
   else
