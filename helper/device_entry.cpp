@@ -1,6 +1,5 @@
 #include "helper/device_entry.h"
 
-#include <charconv>
 #include <cstring>
 
 #include "platform/text_encoding.h"
@@ -13,10 +12,6 @@ constexpr std::size_t kFieldSize = 128;
 
 bool continuesCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
-std::uint16_t binaryFromBcd(unsigned byte) {
-  return static_cast<std::uint16_t>((byte >> 4U) * 10U + (byte & 0xFU));
 }
 
 }  // namespace
@@ -46,21 +41,6 @@ std::string busText(std::string_view text) {
     result += "\xEF\xBF\xBD";
     text.remove_prefix(*bad + 1);
   }
-}
-
-bool parseHex(std::string_view text, std::size_t digits, std::uint16_t* value) {
-  if (text.empty() || text.size() > digits)
-    return false;
-  std::uint16_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, 16);
-  if (error != std::errc() || end != text.data() + text.size())
-    return false;
-  *value = number;
-  return true;
-}
-
-std::uint16_t productVersionFromBcd(std::uint16_t bcd) {
-  return static_cast<std::uint16_t>((binaryFromBcd(bcd >> 8U) << 8U) | binaryFromBcd(bcd & 0xFFU));
 }
 
 }  // namespace veltrix

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,12 +15,5 @@ std::string entryText(const char (&field)[128]);
 
 // Text as the bus can carry it: every byte that is not part of well-formed UTF-8 becomes U+FFFD.
 std::string busText(std::string_view text);
-
-// A number of one to `digits` hexadecimal digits and nothing else. False, with `value` untouched, for any
-// other text.
-bool parseHex(std::string_view text, std::size_t digits, std::uint16_t* value);
-
-// A USB version, two binary-coded decimal bytes, as the plain binary of VeltrixDeviceEntry::productVers.
-std::uint16_t productVersionFromBcd(std::uint16_t bcd);
 
 }  // namespace veltrix

@@ -4,6 +4,7 @@
 
 #include "helper/device_entry.h"
 #include "helperlink/device_kinds.h"
+#include "util/hex_number.h"
 
 namespace veltrix {
 

@@ -7,8 +7,10 @@
 #include <cstring>
 #include <string_view>
 
+#include "driverlink/device_family.h"
 #include "helper/device_entry.h"
 #include "helperlink/device_kinds.h"
+#include "util/hex_number.h"
 
 namespace veltrix {
 

@@ -37,23 +37,5 @@ TEST(BusText, ReplacesEveryBadByte) {
   EXPECT_EQ(busText(""), "");
 }
 
-TEST(ParseHex, TakesOnlyHexadecimalDigits) {
-  std::uint16_t value = 7;
-  EXPECT_TRUE(parseHex("a1D0", 4, &value));
-  EXPECT_EQ(value, 0xA1D0);
-  for (const char* bad : {"", "12345", "0x12", "-1", "+1", "12g", " 1", "1 "}) {
-    value = 7;
-    EXPECT_FALSE(parseHex(bad, 4, &value)) << bad;
-    EXPECT_EQ(value, 7);
-  }
-}
-
-TEST(ProductVersion, TurnsEachBcdByteIntoBinary) {
-  EXPECT_EQ(productVersionFromBcd(0x0107), 0x0107);
-  EXPECT_EQ(productVersionFromBcd(0x0110), 0x010A);
-  EXPECT_EQ(productVersionFromBcd(0x1299), 0x0C63);
-  EXPECT_EQ(productVersionFromBcd(0x0000), 0x0000);
-}
-
 }  // namespace
 }  // namespace veltrix
