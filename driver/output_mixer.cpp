@@ -1,0 +1,24 @@
+#include "driver/output_mixer.h"
+
+namespace veltrix {
+
+int OutputMixer::write(std::span<const OutputEvent> groups) noexcept {
+  std::size_t count = 0;
+  bool groupBegan = false;
+  for (const OutputEvent& event : groups) {
+    const bool ends = event.type == EV_SYN;
+    if (count == fMixed.size() || !(ends ? groupBegan : passes(event)))
+      continue;
+    groupBegan = !ends;
+    fMixed[count++] = event;
+  }
+  return count > 0 ? fSink.write({fMixed.data(), count}) : 0;
+}
+
+bool OutputMixer::passes(const OutputEvent& event) noexcept {
+  if (event.type != EV_KEY)
+    return true;
+  return event.value != 0 ? fHeld.press(event.code) : fHeld.release(event.code);
+}
+
+}  // namespace veltrix
