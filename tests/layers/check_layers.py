@@ -14,7 +14,7 @@ import sys
 EVERYTHING = "everything"
 QT_FOLDERS = {"widgets", "editor", "pane", "host", "tests", "bench"}
 QT_FILES = re.compile(r"^(keyboard/keystroke_|util/hyperlink_|fuzz/(fuzz_)?pane)")  # targets of their own
-PROGRAMS_WITHOUT_QT = ("VeltrixHelper", "veltrixctl")
+PROGRAMS_WITHOUT_QT = ("VeltrixHelper", "veltrixctl", "veltrix-driver")
 ROW = re.compile(r"^\| `(?P<folder>[a-z]+)/` \|.*\| (?P<uses>[^|]*) \|$")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"(?P<own>[^"]+)"|<(?P<system>[^>]+)>)', re.MULTILINE)
 QT_HEADER = re.compile(r"^(Q[A-Z]|Qt[A-Z]|q[a-z]+\.h$)")
