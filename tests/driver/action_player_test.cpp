@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/driver/played_events.h"
+#include "tests/driver/action_player_fixture.h"
 
 namespace veltrix {
 namespace {
@@ -15,50 +15,13 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::uint16_t kShift = 0x0200;
-constexpr std::uint8_t kVoice = 4;
-constexpr std::uint8_t kOtherVoice = 5;
-
 constexpr std::uint16_t kClick = 1;
 constexpr std::uint16_t kDoubleClick = 6;
 constexpr std::uint16_t kDragLock = 7;
 constexpr std::uint16_t kTripleClick = 8;
 
 using Groups = std::vector<std::string>;
-
-class ActionPlayerTest : public testing::Test {
- protected:
-  Stage stage() { return {fNow, fWheel, fOutput}; }
-
-  void begin(std::uint16_t command, std::uint16_t modifiers = 0, std::uint16_t argument = 0,
-             std::uint8_t voice = kVoice) {
-    fPlayer.begin(voice, planOf({command, modifiers, argument, 0}), stage());
-  }
-  void end(std::uint8_t voice = kVoice, bool isBelated = false) { fPlayer.end(voice, isBelated, stage()); }
-  void tap(std::uint16_t command, std::uint16_t argument = 0) {
-    fPlayer.tap(kWheelSlot, planOf({command, 0, argument, 0}), stage());
-  }
-
-  // Lets time pass and takes what falls due in it, each at its time.
-  void wait(int milliseconds) {
-    const Microseconds until = fNow + Microseconds{std::int64_t{milliseconds} * 1000};
-    while (fPlayer.deadline() <= until) {
-      fNow = fPlayer.deadline();
-      fPlayer.expire(stage());
-    }
-    fNow = until;
-  }
-
-  Groups taken() {
-    Groups groups = test::groupsOf(fOutput);
-    fOutput.clear();
-    return groups;
-  }
-
-  WheelScroll fWheel{DeviceModel{}};
-  ActionPlayer fPlayer;
-  Output fOutput;
-  Microseconds fNow{1'000'000};
-};
+using ActionPlayerTest = test::ActionPlayerTest;
 
 TEST_F(ActionPlayerTest, ClickIsHeldAsLongAsItsButton) {
   begin(2);
@@ -336,62 +299,6 @@ TEST_F(ActionPlayerTest, EndOfEverythingEndsTheDragLock) {
   EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
   begin(kDragLock);
   EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
-}
-
-class ActionPlayerNotices : public ActionPlayerTest {
- protected:
-  std::vector<ButtonNotice> notices() {
-    const auto notices = fOutput.notices();
-    return {notices.begin(), notices.end()};
-  }
-};
-
-TEST_F(ActionPlayerNotices, CommandOfTheHelperIsToldAndPressesNothing) {
-  begin(70);
-  end();
-  EXPECT_THAT(notices(),
-              ElementsAre(ButtonNotice{kVoice, 70, true, true}, ButtonNotice{kVoice, 70, false, true}));
-  EXPECT_THAT(taken(), IsEmpty());
-}
-
-TEST_F(ActionPlayerNotices, CommandOfTheDriverIsToldForWatching) {
-  begin(kClick);
-  end();
-  EXPECT_THAT(notices(),
-              ElementsAre(ButtonNotice{kVoice, 1, true, false}, ButtonNotice{kVoice, 1, false, false}));
-}
-
-TEST_F(ActionPlayerNotices, ButtonWithoutAnActionIsToldForWatching) {
-  begin(0);
-  end();
-  EXPECT_THAT(notices(),
-              ElementsAre(ButtonNotice{kVoice, 0, true, false}, ButtonNotice{kVoice, 0, false, false}));
-}
-
-TEST_F(ActionPlayerNotices, ButtonThatPassesThroughIsNotTold) {
-  fPlayer.begin(kFirstPlainVoice + 9, planOfPlainButton(9), stage());
-  end(kFirstPlainVoice + 9);
-  EXPECT_THAT(notices(), IsEmpty());
-}
-
-TEST_F(ActionPlayerNotices, EndOfEverythingTellsTheEndOfWhatIsHeld) {
-  begin(70);
-  begin(kDoubleClick, 0, 0, kOtherVoice);
-  end(kOtherVoice);
-  fOutput.clear();
-  fPlayer.endAll(stage());
-  EXPECT_THAT(notices(), ElementsAre(ButtonNotice{kVoice, 70, false, true}));
-}
-
-TEST_F(ActionPlayerNotices, TapTellsBothEnds) {
-  tap(54);
-  tap(kClick);
-  tap(kClick);
-  EXPECT_THAT(
-      notices(),
-      ElementsAre(ButtonNotice{kWheelSlot, 54, true, true}, ButtonNotice{kWheelSlot, 54, false, true},
-                  ButtonNotice{kWheelSlot, 1, true, false}, ButtonNotice{kWheelSlot, 1, false, false},
-                  ButtonNotice{kWheelSlot, 1, true, false}, ButtonNotice{kWheelSlot, 1, false, false}));
 }
 
 }  // namespace
