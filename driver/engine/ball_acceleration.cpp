@@ -19,9 +19,6 @@ constexpr double kSmoothing = 0.024;  // s
 // reports come every 8 ms, and nobody can tell how much of a longer pause the movement took.
 constexpr double kLongestReport = 0.010;  // s
 
-// In less than this the gain changes so evenly that its middle is its mean.
-constexpr double kShortReport = 0.0025;  // s
-
 double seconds(Microseconds time) noexcept {
   return static_cast<double>(time.count()) * 1e-6;
 }
@@ -55,9 +52,7 @@ double BallAcceleration::gain(Microseconds time, BallCounts counts) noexcept {
   fSpeed = {middle.x * toMiddle + counts.x * push, middle.y * toMiddle + counts.y * push};
   fTime = time;
   fHasTime = true;
-  if (duration < kShortReport && pause > 0.0)
-    return gainAt(middle);
-  return (gainAt(start) + 4.0 * gainAt(middle) + gainAt(fSpeed)) / 6.0;
+  return gainAt(middle);
 }
 
 void BallAcceleration::rest() noexcept {

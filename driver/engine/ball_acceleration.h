@@ -10,8 +10,8 @@ namespace veltrix {
 // The speed of the ball over the last moments, and the gain that it gives.
 //
 // The speed is smoothed over time, not over reports, and as a vector: a fast sensor tells a diagonal as
-// counts to the right and counts down in turns, whose lengths must not add up. A gain is the mean over the
-// time that a report covers, so that few long reports and many short ones give the same path.
+// counts to the right and counts down in turns, whose lengths must not add up. The gain is that of the middle
+// of the time that a report covers, so that few long reports and many short ones give the same path.
 class BallAcceleration {
  public:
   // `nativeResolution` is in counts per inch, 1 or more.
