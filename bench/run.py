@@ -36,8 +36,8 @@ class Table:
             print("| " + " | ".join(cell.ljust(width) for cell, width in zip(row, widths)) + " |")
 
 
-def micro(desktop, name):
-    """Medians of a Google Benchmark program, by benchmark, in nanoseconds."""
+def micro_entries(desktop, name):
+    """Medians of a Google Benchmark program with their counters, by benchmark; times in nanoseconds."""
     done = desktop.run(
         [desktop.build / "bench" / name, "--benchmark_format=json", "--benchmark_repetitions=9",
          "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.1"], cwd=desktop.build)
@@ -49,8 +49,14 @@ def micro(desktop, name):
         if entry.get("error_occurred"):
             sys.exit(f"bench: {entry['name']}: {entry['error_message']}")
         if entry["aggregate_name"] == "median":
-            medians[entry["run_name"].split("/")[0]] = entry["real_time"] * unit[entry["time_unit"]]
+            entry["real_time"] *= unit[entry["time_unit"]]
+            medians[entry["run_name"].split("/")[0]] = entry
     return medians
+
+
+def micro(desktop, name):
+    """The times alone."""
+    return {run: entry["real_time"] for run, entry in micro_entries(desktop, name).items()}
 
 
 def settings_figures(table, desktop):
@@ -69,6 +75,17 @@ def keyboard_figures(table, desktop):
     table.add("key tables of a layout", f"{figures['BM_KeyTables'] / 1e3:.0f} µs")
     table.add("characters of all keys, for names", f"{figures['BM_KeyNames'] / 1e3:.0f} µs")
     table.add("read a layout by name", f"{figures['BM_ReadLayout'] / 1e6:.1f} ms")
+
+
+def engine_figures(table, desktop):
+    figures = micro_entries(desktop, "engine_bench")
+    for run, what in (("BM_Motion", "motion"), ("BM_Mixture", "motion, buttons and wheel")):
+        table.add(f"driver's engine, {what}", f"{figures[run]['events'] / 1e6:.0f} million events/s", "≥ 20 million/s")
+    frame = figures["BM_Mixture"]["real_time"]
+    table.add("driver's engine, one report", f"{frame:.0f} ns")
+    table.add("driver's engine at 8000 reports a second", f"{frame * 8000 / 1e9:.3%} of a core")
+    allocations = max(entry["allocations"] for entry in figures.values())
+    table.add("driver's engine, allocations for all reports", f"{allocations:.0f}", "0")
 
 
 def menu_figures(table, desktop):
@@ -139,6 +156,7 @@ def main():
         settings_figures(table, desktop)
         keyboard_figures(table, desktop)
         menu_figures(table, desktop)
+        engine_figures(table, desktop)
         process = desktop.start_helper(SIMULATED)
         helper_figures(table, process)
         poll = micro(desktop, "poll_bench")["BM_Poll"]
