@@ -1,5 +1,6 @@
 #include "driver/device_monitor.h"
 
+#include <dirent.h>
 #include <libudev.h>
 #include <sys/epoll.h>
 #include <sys/inotify.h>
@@ -21,10 +22,10 @@ namespace veltrix {
 
 namespace {
 
-struct EnumerationReleaser {
-  void operator()(udev_enumerate* enumeration) const { udev_enumerate_unref(enumeration); }
+struct FolderReleaser {
+  void operator()(DIR* folder) const { ::closedir(folder); }
 };
-using Enumeration = std::unique_ptr<udev_enumerate, EnumerationReleaser>;
+using Folder = std::unique_ptr<DIR, FolderReleaser>;
 
 struct DeviceReleaser {
   void operator()(udev_device* device) const { udev_device_unref(device); }
@@ -35,8 +36,8 @@ using Device = std::unique_ptr<udev_device, DeviceReleaser>;
 constexpr std::string_view kInputPrefix = "c13:";
 constexpr unsigned kInputMajor = 13;
 
-std::string idOf(udev_device* node) {
-  return std::string(kInputPrefix) + std::to_string(minor(udev_device_get_devnum(node)));
+bool isInputId(std::string_view name) {
+  return name.substr(0, kInputPrefix.size()) == kInputPrefix;
 }
 
 Device deviceOf(udev* context, std::string_view id) {
@@ -78,22 +79,15 @@ Status DeviceMonitor::start() {
 
 // Brings what is known in line with what is there: at the start, and after messages were lost.
 Status DeviceMonitor::synchronize() noexcept {
-  const Enumeration enumeration(udev_enumerate_new(fUdev.get()));
-  if (enumeration == nullptr || udev_enumerate_add_match_subsystem(enumeration.get(), "input") < 0 ||
-      udev_enumerate_add_match_sysname(enumeration.get(), "event*") < 0 ||
-      udev_enumerate_add_match_is_initialized(enumeration.get()) < 0 ||
-      udev_enumerate_scan_devices(enumeration.get()) < 0) {
-    return systemError(errno, "list", "the input devices");
-  }
+  const Folder folder(::opendir(fFolder.c_str()));
+  if (folder == nullptr)
+    return systemError(errno, "list", fFolder);
   std::set<std::string> gone = fKnown;
-  udev_list_entry* item = nullptr;
-  udev_list_entry_foreach(item, udev_enumerate_get_list_entry(enumeration.get())) {
-    const Device node(udev_device_new_from_syspath(fUdev.get(), udev_list_entry_get_name(item)));
-    if (node == nullptr)
+  while (const dirent* file = ::readdir(folder.get())) {
+    if (!isInputId(file->d_name))
       continue;
-    const std::string id = idOf(node.get());
-    gone.erase(id);
-    added(id);
+    gone.erase(file->d_name);
+    added(file->d_name);
   }
   for (const std::string& id : gone) removed(id);
   return Done{};
@@ -114,7 +108,7 @@ void DeviceMonitor::ready(std::uint32_t /*events*/) noexcept {
 }
 
 void DeviceMonitor::fileChanged(std::uint32_t how, const char* name) noexcept {
-  if (std::string_view(name).substr(0, kInputPrefix.size()) != kInputPrefix)
+  if (!isInputId(name))
     return;
   if ((how & IN_MOVED_TO) != 0)
     added(name);

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <systemd/sd-bus.h>
-#include <umockdev.h>
 
 #include <chrono>
 #include <string>
@@ -12,6 +11,7 @@
 #include "helperlink/helper_messaging.h"
 #include "tests/support/device_log.h"
 #include "tests/support/helper_process.h"
+#include "tests/support/udev_test_bed.h"
 #include "tests/support/wait_until.h"
 
 // Runs with umockdev's preloaded library, under which /sys and udev are those of the test bed.
@@ -28,13 +28,8 @@ struct UsbDevice {
   const char* version = "0110";
 };
 
-class TestBed {
+class TestBed : public testing::UdevTestBed {
  public:
-  TestBed() : fBed(umockdev_testbed_new()) {}
-  ~TestBed() { g_object_unref(fBed); }
-  TestBed(const TestBed&) = delete;
-  TestBed& operator=(const TestBed&) = delete;
-
   // A USB device with one interface; the interface's path.
   std::string addUsb(const UsbDevice& device, const char* interfaceNumber = "00") {
     const std::string usb = add("usb", device.name, "",
@@ -50,36 +45,10 @@ class TestBed {
   std::string addNode(const std::string& name, const std::string& interface) {
     return add("input", name, interface, {}, {"DEVNAME", "/dev/input/" + name});
   }
-  void tell(const std::string& path, const char* action) {
-    umockdev_testbed_uevent(fBed, path.c_str(), action);
-  }
   void remove(const std::string& path) {
     tell(path, "remove");
-    umockdev_testbed_remove_device(fBed, path.c_str());
+    removeSilently(path);
   }
-
- private:
-  static std::vector<const char*> pointersTo(const std::vector<std::string>& texts) {
-    std::vector<const char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (const std::string& text : texts) pointers.push_back(text.c_str());
-    pointers.push_back(nullptr);
-    return pointers;
-  }
-  std::string add(const std::string& subsystem, const std::string& name, const std::string& parent,
-                  const std::vector<std::string>& attributes, const std::vector<std::string>& properties) {
-    std::vector<const char*> attributePointers = pointersTo(attributes);
-    std::vector<const char*> propertyPointers = pointersTo(properties);
-    char* path = umockdev_testbed_add_devicev(
-        fBed, subsystem.c_str(), name.c_str(), parent.empty() ? nullptr : parent.c_str(),
-        const_cast<char**>(attributePointers.data()), const_cast<char**>(propertyPointers.data()));
-    EXPECT_NE(path, nullptr) << name;
-    std::string result = path != nullptr ? path : "";
-    g_free(path);
-    return result;
-  }
-
-  UMockdevTestbed* fBed;
 };
 
 class UdevDeviceSourceTest : public ::testing::Test {
