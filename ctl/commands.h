@@ -15,6 +15,7 @@ struct Context {
 
 void addDevicesCommand(CLI::App& app, Context& context);
 void addStatusCommand(CLI::App& app, Context& context);
+void addMonitorCommand(CLI::App& app, Context& context);
 void addSettingsCommands(CLI::App& app, Context& context);
 void addButtonCommand(CLI::App& app, Context& context);
 void addCommandsCommand(CLI::App& app, Context& context);

@@ -2,31 +2,14 @@
 
 #include <systemd/sd-bus.h>
 
-#include <array>
-#include <cerrno>
 #include <cstring>
 
+#include "ctl/helper_bus.h"
 #include "ctl/hex_ids.h"
 #include "ctl/outcome.h"
-#include "platform/session_bus.h"
 
 namespace veltrix::ctl {
 namespace {
-
-constexpr const char* kHelperName = "com.aldmoor.VeltrixHelper";
-constexpr const char* kHelperObject = "/com/aldmoor/VeltrixHelper";
-constexpr const char* kHelperInterface = "com.aldmoor.VeltrixHelper1";
-constexpr std::chrono::seconds kPatience{2};
-
-struct BusError {
-  sd_bus_error error = SD_BUS_ERROR_NULL;
-  BusError() = default;
-  ~BusError() { sd_bus_error_free(&error); }
-  BusError(const BusError&) = delete;
-  BusError& operator=(const BusError&) = delete;
-
-  bool is(const char* name) const { return sd_bus_error_has_name(&error, name) != 0; }
-};
 
 // What follows in the message, whatever it is; null for types that the helper does not send.
 Json readValue(sd_bus_message* message);
@@ -83,58 +66,34 @@ Json readValue(sd_bus_message* message) {
   }
 }
 
-Json readProperties(sd_bus_message* reply) {
+}  // namespace
+
+Json readPropertyTable(sd_bus_message* message) {
   Json properties = Json::object();
-  if (sd_bus_message_enter_container(reply, 'a', "{sv}") <= 0) {
+  if (sd_bus_message_enter_container(message, 'a', "{sv}") <= 0) {
     return properties;
   }
-  while (sd_bus_message_enter_container(reply, 'e', "sv") > 0) {
-    const std::string name = readBasic<const char*>(reply, 's');
-    properties[name] = readValue(reply);
-    sd_bus_message_exit_container(reply);
+  while (sd_bus_message_enter_container(message, 'e', "sv") > 0) {
+    const std::string name = readBasic<const char*>(message, 's');
+    properties[name] = readValue(message);
+    sd_bus_message_exit_container(message);
   }
   return properties;
 }
 
-std::string reasonOf(const BusError& error, int result) {
-  if (error.is(SD_BUS_ERROR_SERVICE_UNKNOWN) || error.is(SD_BUS_ERROR_NAME_HAS_NO_OWNER)) {
-    return "VeltrixHelper is not running";
-  }
-  if (error.is(SD_BUS_ERROR_NO_REPLY) || error.is(SD_BUS_ERROR_TIMEOUT) || result == -ETIMEDOUT) {
-    return "VeltrixHelper did not answer in time";
-  }
-  const char* text = error.error.message != nullptr ? error.error.message : std::strerror(-result);
-  return std::string("VeltrixHelper could not be asked: ") + text;
+Result<Json> readHelperProperties() {
+  const auto deadline = std::chrono::steady_clock::now() + kHelperPatience;
+  const auto bus = openHelperBus(deadline);
+  return bus ? readHelperProperties(bus.value().get(), deadline) : bus.error();
 }
 
-}  // namespace
-
-Result<Json> readHelperProperties() {
-  const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  const auto bus = openSessionBus({}, deadline);
-  if (!bus) {
-    return Error{kNotFound, "the session bus cannot be reached: " + bus.error().message, {}};
+Result<Json> readHelperProperties(sd_bus* bus, BusDeadline deadline) {
+  const auto call = newHelperCall(bus, "org.freedesktop.DBus.Properties", "GetAll");
+  if (!call || sd_bus_message_append(call.value().get(), "s", kHelperInterface) < 0) {
+    return Error{kNotFound, "the question for VeltrixHelper cannot be written", {}};
   }
-  sd_bus_message* call = nullptr;
-  int result = sd_bus_message_new_method_call(bus.value().get(), &call, kHelperName, kHelperObject,
-                                              "org.freedesktop.DBus.Properties", "GetAll");
-  const BusMessageHandle callOwner(call);
-  if (result >= 0) {
-    result = sd_bus_message_set_auto_start(call, 0);
-  }
-  if (result >= 0) {
-    result = sd_bus_message_append(call, "s", kHelperInterface);
-  }
-  BusError error;
-  sd_bus_message* reply = nullptr;
-  if (result >= 0) {
-    result = sd_bus_call(bus.value().get(), call, microsecondsUntil(deadline), &error.error, &reply);
-  }
-  const BusMessageHandle replyOwner(reply);
-  if (result < 0) {
-    return Error{kNotFound, reasonOf(error, result), {}};
-  }
-  return readProperties(reply);
+  const auto reply = callHelper(bus, call.value().get(), deadline);
+  return reply ? readPropertyTable(reply.value().get()) : Result<Json>(reply.error());
 }
 
 }  // namespace veltrix::ctl

@@ -24,6 +24,7 @@ int run(int argc, char** argv) {
   app.add_flag("--json", context.json, "Print data as JSON");
   addDevicesCommand(app, context);
   addStatusCommand(app, context);
+  addMonitorCommand(app, context);
   addSettingsCommands(app, context);
   addButtonCommand(app, context);
   addCommandsCommand(app, context);

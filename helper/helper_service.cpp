@@ -47,6 +47,8 @@ Status HelperService::publish() {
   if (!receiver)
     return receiver.error();
   fReceiver = std::move(receiver.value());
+  if (Status published = fMonitor.publish(fBus); !published)
+    return published;
   return fStatus.publish(fBus);
 }
 
@@ -65,6 +67,11 @@ Status HelperService::startDriver(const std::string& socketPath) {
   Status started = fDriver->start();
   tellDriver();
   return started;
+}
+
+void HelperService::setMonitored(bool monitored) {
+  if (fDriver != nullptr)
+    fDriver->setMonitored(monitored);
 }
 
 void HelperService::tellDriver() {
@@ -99,7 +106,9 @@ void HelperService::driverReportChanged(const DriverReport& report) {
   fStatus.setDriver(report);
 }
 
-void HelperService::driverButton(const ButtonPacket& /*packet*/) {}
+void HelperService::driverButton(const ButtonPacket& packet) {
+  fMonitor.tell(packet);
+}
 
 void HelperService::driverTyped(const KeysTypedPacket& /*packet*/) {}
 

@@ -4,6 +4,7 @@
 
 #include "helper/driver_link.h"
 #include "helper/helper_core.h"
+#include "helper/monitor_interface.h"
 #include "helper/status_interface.h"
 #include "platform/event_loop.h"
 #include "platform/event_receiver.h"
@@ -40,11 +41,13 @@ class HelperService final : public HelperObserver, public DriverListener {
 
  private:
   void tellDriver();
+  void setMonitored(bool monitored);
 
   sd_bus* fBus;
   sd_event* fLoop;
   HelperCore& fCore;
   StatusInterface fStatus;
+  MonitorInterface fMonitor{[this](bool wanted) { setMonitored(wanted); }};
   std::unique_ptr<EventReceiver> fReceiver;
   EventSourceHandle fReading;
   std::unique_ptr<DriverLink> fDriver;

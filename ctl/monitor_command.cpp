@@ -1,0 +1,57 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <map>
+#include <utility>
+
+#include "ctl/command_catalogue.h"
+#include "ctl/commands.h"
+#include "ctl/driver_words.h"
+#include "ctl/helper_watch.h"
+#include "ctl/outcome.h"
+
+namespace veltrix::ctl {
+namespace {
+
+// Titles by command. A snippet is called by its place, not by a name that might tell what it types.
+class CommandTitles {
+ public:
+  const std::string& of(std::uint16_t command) {
+    const auto [place, isNew] = fTitles.try_emplace(command);
+    if (isNew) {
+      const auto found = fTree.find(command, {}, asItStands);
+      place->second = found ? found->commandTitle.value_or("") : "";
+    }
+    if (place->second.empty()) {
+      place->second = command == 0 ? "nothing" : "command " + std::to_string(command);
+    }
+    return place->second;
+  }
+
+ private:
+  CommandTree fTree = commandCatalogue();
+  std::map<std::uint16_t, std::string> fTitles;
+};
+
+int run(const Context& context) {
+  CommandTitles titles;
+  HelperWatchCallbacks callbacks;
+  callbacks.buttonUsed = [&](const ButtonUse& use) {
+    const std::string& title = titles.of(use.command);
+    // Line by line: somebody watches.
+    std::cout << (context.json ? monitorJsonLine(use, title) : monitorLine(use, title)) << std::flush;
+  };
+  callbacks.driverChanged = [](const std::string& state, const std::string& version, int error) {
+    note("driver: " + driverText(state, version, error));
+  };
+  const Status watched = watchHelper(callbacks);
+  return watched ? kDone : fail(kNotFound, watched.error().message);
+}
+
+}  // namespace
+
+void addMonitorCommand(CLI::App& app, Context& context) {
+  app.add_subcommand("monitor", "Show each use of a button as it happens, until Ctrl+C; never what is typed")
+      ->callback([&context] { context.exitCode = run(context); });
+}
+
+}  // namespace veltrix::ctl
