@@ -13,11 +13,9 @@ DriverCore::DriverCore(const PollLoop& loop, EventSink& sink, ModifierSource& mo
 std::uint32_t DriverCore::attach(std::unique_ptr<Trackball> trackball) {
   SessionHost& host = *this;
   fSessions.push_back(std::make_unique<TrackballSession>(host, std::move(trackball), ++fLastNumber));
-  TrackballSession& session = *fSessions.back();
-  tellCondition(session);
-  if (fSettings.find(session.address()) != nullptr)
-    settle(session, openOutputs());
-  return session.number();
+  tellCondition(*fSessions.back());
+  settleAll();
+  return fLastNumber;
 }
 
 void DriverCore::detach(std::uint32_t number) noexcept {

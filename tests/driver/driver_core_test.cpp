@@ -473,6 +473,18 @@ TEST_F(DriverCoreTest, WithoutOutputsTrackballsAreLeftAlone) {
   EXPECT_TRUE(core.hasOutputs());
 }
 
+TEST_F(DriverCoreTest, ATrackballThatComesFindsOutputsForAllAgain) {
+  sink.close();
+  sink.openError = ENOENT;
+  plug(ball);
+  apply();
+  EXPECT_FALSE(ball.grabbed);
+  sink.openError = 0;
+  plug(other);
+  EXPECT_TRUE(ball.grabbed);
+  EXPECT_TRUE(other.grabbed);
+}
+
 TEST_F(DriverCoreTest, OutputsThatFailGiveTheTrackballsBack) {
   plug(ball);
   plug(other, kOtherTrackball);
