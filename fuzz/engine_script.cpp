@@ -21,6 +21,10 @@ constexpr auto kCommands =
 // How often deadlines may follow each other without time passing.
 constexpr int kMostAtOneTime = 64;
 
+// How many deadlines may follow the last button; inertia has most of them.
+constexpr int kMostCallsToTheEnd = 100'000;
+constexpr std::uint16_t kDragLock = 7;
+
 template <class Value>
 Value raw(ByteSource& source) {
   Value value{};
@@ -56,7 +60,7 @@ class Script {
       case 7:
         return pass();
       case 8:
-        return fWatcher.apply(record(), raw<veltrix::ScrollParameters>(fSource), fNow);
+        return applyRecord(record());
       case 9:
         return fWatcher.modifiersChanged(fSource.byte());
       case 10:
@@ -64,6 +68,18 @@ class Script {
       default:
         return spoil();
     }
+  }
+
+  // Every button comes up and everything that waits is done; only a lock keeps anything down then.
+  void letGo() {
+    fWatcher.resynchronize(0, fNow, 0);
+    int calls = 0;
+    while (fWatcher.deadline() != veltrix::kNever && !fIsStuck) {
+      fWatcher.expire(fWatcher.deadline());
+      fIsStuck = ++calls > kMostCallsToTheEnd;
+    }
+    if (!fMayLock)
+      fWatcher.requireNothingDown();
   }
 
   std::int32_t signedByte() { return std::int32_t{fSource.byte()} - 128; }
@@ -139,6 +155,11 @@ class Script {
     return frame;
   }
 
+  void applyRecord(const DriverRecord& record) {
+    fWatcher.apply(record, raw<veltrix::ScrollParameters>(fSource), fNow);
+    fMayLock = std::any_of(std::begin(record.action), std::end(record.action),
+                           [](const RecordAction& action) { return action.command == kDragLock; });
+  }
   DriverRecord record() {
     if (fSource.below(4) == 0)
       return raw<DriverRecord>(fSource);
@@ -153,6 +174,7 @@ class Script {
   EngineWatcher fWatcher;
   Microseconds fNow{1'000'000};
   bool fIsStuck = false;
+  bool fMayLock = false;
 };
 
 }  // namespace

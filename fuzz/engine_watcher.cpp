@@ -50,10 +50,14 @@ void EngineWatcher::release(Microseconds now) {
   begin();
   fEngine.release(now, fOutput);
   look();
-  require(std::find(fIsDown.begin(), fIsDown.end(), true) == fIsDown.end(), "a key stays down");
+  requireNothingDown();
   require(std::all_of(fNoticed.begin(), fNoticed.end(), [](int command) { return command == 0; }),
           "the helper is not told of an end");
   require(fEngine.deadline() == veltrix::kNever, "something waits after the release");
+}
+
+void EngineWatcher::requireNothingDown() {
+  require(std::find(fIsDown.begin(), fIsDown.end(), true) == fIsDown.end(), "a key stays down");
 }
 
 void EngineWatcher::look() {

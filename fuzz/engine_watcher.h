@@ -20,6 +20,9 @@ class EngineWatcher {
 
   veltrix::Microseconds deadline() const { return fEngine.deadline(); }
 
+  // To be called when every button is up and no lock is on.
+  void requireNothingDown();
+
   // The first rule that was broken, in words; empty while none is.
   const std::string& problem() const { return fProblem; }
 

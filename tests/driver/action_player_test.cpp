@@ -101,6 +101,19 @@ TEST_F(ActionPlayerTest, PressDuringADoubleClickEndsItAndBeginsAnew) {
   EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), down(BTN_LEFT), up(BTN_LEFT)));
 }
 
+TEST_F(ActionPlayerTest, DoubleClickThatEndsBetweenItsPressesLeavesTheHoldOfOthers) {
+  begin(kClick, 0, 0, kOtherVoice);
+  begin(kDoubleClick);
+  end();
+  wait(40);
+  begin(kDoubleClick);
+  end();
+  wait(1000);
+  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
+  end(kOtherVoice);
+  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
+}
+
 TEST_F(ActionPlayerTest, BelatedEndKeepsAClickDownForAMoment) {
   begin(kClick);
   end(kVoice, true);
