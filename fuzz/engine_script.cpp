@@ -39,6 +39,7 @@ class Script {
 
   EngineRun run() {
     while (!fSource.isAtEnd() && fWatcher.problem().empty() && !fIsStuck) step();
+    letGo();
     fWatcher.release(fNow);
     return {fIsStuck ? "a deadline is always due" : fWatcher.problem(), fWatcher.transcript()};
   }
@@ -123,17 +124,21 @@ class Script {
   void spoil() {
     const std::size_t how = fSource.below(4);
     if (how == 0)
-      fWatcher.expire(Microseconds{raw<std::int64_t>(fSource)});
+      fWatcher.expire(anyTime());
     if (how == 1)
       fWatcher.release(fNow);
     if (how == 2)
       fNow = std::max(Microseconds{0}, fNow - Microseconds{std::int64_t{fSource.word()} * 100});
     if (how == 3) {
       InputFrame frame = anyFrame();
-      frame.time = Microseconds{raw<std::int64_t>(fSource)};
+      frame.time = anyTime();
       fWatcher.process(frame, fSource.byte());
     }
   }
+
+  // Before the machine was started or long after it; short of the time at which the engine's clock ends and
+  // nothing falls due any more.
+  Microseconds anyTime() { return Microseconds{raw<std::int64_t>(fSource) / 8}; }
 
   InputFrame frameNow() {
     InputFrame frame;

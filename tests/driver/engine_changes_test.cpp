@@ -191,5 +191,20 @@ TEST_F(EngineTime, ThatGoesBackIsTakenAsTheLatest) {
   EXPECT_THAT(taken(), ElementsAre(down(BTN_MIDDLE)));
 }
 
+TEST_F(EngineTime, AtItsVeryEndStillReleases) {
+  apply(recordOf({{0, kLeftClick}, {4, command(6)}, {8, kMiddleClick}}));
+  fNow = Microseconds::max();
+  press(4);
+  press(0);
+  move(1000, 1000);
+  fEngine.expire(Microseconds::max(), fOutput);
+  release(0);
+  fEngine.release(Microseconds::max(), fOutput);
+  int held = 0;
+  for (const OutputEvent& event : fOutput.events())
+    held += event.type != EV_KEY ? 0 : event.value != 0 ? 1 : -1;
+  EXPECT_EQ(held, 0);
+}
+
 }  // namespace
 }  // namespace veltrix
