@@ -38,7 +38,8 @@ Status run(EventLoop& loop, DriverCore& core, const StopSignals& signals) {
     Status waited = loop.waitUntil(core.deadline());
     if (!waited)
       return waited;
-    core.expire(loop.now());
+    if (core.deadline() != kNever)
+      core.expire(loop.now());
   }
   return Done{};
 }

@@ -31,8 +31,14 @@ Status EventLoop::start() {
   timer.data.fd = fTimer.get();
   if (!fPoll || !fTimer || epoll_ctl(fPoll.get(), EPOLL_CTL_ADD, fTimer.get(), &timer) < 0)
     return systemError(errno, "make", "an event loop");
-  fNow = currentTime();
   return Done{};
+}
+
+// Reports of trackballs bring their own time, so the clock is read only for those who ask.
+Microseconds EventLoop::now() const noexcept {
+  if (!fNow)
+    fNow = currentTime();
+  return *fNow;
 }
 
 Status EventLoop::add(int descriptor, std::uint32_t events, PollHandler& handler) {
@@ -64,7 +70,7 @@ void EventLoop::remove(int descriptor) noexcept {
 Status EventLoop::waitUntil(Microseconds deadline) noexcept {
   arm(deadline);
   const int count = epoll_wait(fPoll.get(), fReady.data(), static_cast<int>(fReady.size()), -1);
-  fNow = currentTime();
+  fNow.reset();
   if (count < 0)
     return errno == EINTR ? Status(Done{}) : Status(systemError(errno, "wait for", "events"));
   fReadyCount = static_cast<std::size_t>(count);

@@ -3,6 +3,7 @@
 #include <sys/epoll.h>
 
 #include <array>
+#include <optional>
 #include <vector>
 
 #include "driver/poll_loop.h"
@@ -19,7 +20,7 @@ class EventLoop final : public PollLoop {
 
   Status add(int descriptor, std::uint32_t events, PollHandler& handler) override;
   void remove(int descriptor) noexcept override;  // nothing when it was not added
-  Microseconds now() const noexcept override { return fNow; }
+  Microseconds now() const noexcept override;
 
   // Waits, then calls the handlers of what is ready. Returns at the deadline at the latest; kNever is none.
   Status waitUntil(Microseconds deadline) noexcept;
@@ -32,8 +33,8 @@ class EventLoop final : public PollLoop {
   FileDescriptor fPoll;
   FileDescriptor fTimer;
   Microseconds fArmed = kNever;
-  Microseconds fNow{};
-  std::vector<PollHandler*> fHandlers;  // by descriptor; null for none
+  mutable std::optional<Microseconds> fNow;  // once somebody has asked since the last waking up
+  std::vector<PollHandler*> fHandlers;       // by descriptor; null for none
   std::array<epoll_event, kMostReady> fReady{};
   std::size_t fReadyCount = 0;
 };

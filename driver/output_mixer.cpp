@@ -1,8 +1,13 @@
 #include "driver/output_mixer.h"
 
+#include <algorithm>
+
 namespace veltrix {
 
 int OutputMixer::write(std::span<const OutputEvent> groups) noexcept {
+  const auto isKey = [](const OutputEvent& event) { return event.type == EV_KEY; };
+  if (std::none_of(groups.begin(), groups.end(), isKey))  // movement, which is most there is
+    return groups.empty() ? 0 : fSink.write(groups);
   std::size_t count = 0;
   bool groupBegan = false;
   for (const OutputEvent& event : groups) {

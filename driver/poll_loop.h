@@ -22,7 +22,7 @@ class PollLoop {
   // The descriptor stays the caller's, who removes it before it is closed. The handler must outlive that.
   virtual Status add(int descriptor, std::uint32_t events, PollHandler& handler) = 0;
   virtual void remove(int descriptor) noexcept = 0;
-  // CLOCK_MONOTONIC, as of the last waking up.
+  // CLOCK_MONOTONIC; stands still between two waits.
   virtual Microseconds now() const noexcept = 0;
 };
 

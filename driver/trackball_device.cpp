@@ -29,7 +29,8 @@ int TrackballDevice::open(TrackballListener& listener) noexcept {
     return errno;
   if (const int error = prepare(file.get()); error != 0)
     return error;
-  if (!fLoop.add(file.get(), EPOLLIN, *this))
+  // Told of each arrival once, which spares the kernel a second look at a node that was read empty.
+  if (!fLoop.add(file.get(), EPOLLIN | EPOLLET, *this))
     return ENOMEM;
   fFile = std::move(file);
   fListener = &listener;
@@ -95,14 +96,18 @@ int TrackballDevice::buttons(std::uint16_t* down) noexcept {
   return 0;
 }
 
+// Reads the node empty, as nobody comes back for what is left; less than there is room for was all.
 void TrackballDevice::ready(std::uint32_t events) noexcept {
+  const unsigned epoch = fEpoch;
   std::size_t count = 0;
-  const int error = readSome(&count);
-  if (error != 0)
-    return fListener->readingFailed(error);
-  if (count == 0 && (events & (EPOLLHUP | EPOLLERR)) != 0)
-    return fListener->readingFailed(ENODEV);
-  deliver(count);
+  do {
+    const int error = readSome(&count);
+    if (error != 0)
+      return fListener->readingFailed(error);
+    if (count == 0 && (events & (EPOLLHUP | EPOLLERR)) != 0)
+      return fListener->readingFailed(ENODEV);
+    deliver(count);
+  } while (count == fEvents.size() && fEpoch == epoch);
 }
 
 int TrackballDevice::readSome(std::size_t* count) noexcept {
