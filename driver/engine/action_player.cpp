@@ -5,18 +5,20 @@
 // Each voice is in one of these states. "Ahead" are the presses that a click still has before it.
 //
 //   state      | event              | leads to
-//   -----------+--------------------+--------------------------------------------------------------------------
+//   -----------+--------------------+-------------------------------------------------------
 //   idle       | begin, key         | held; modifiers and key down
-//              | begin, click       | modifiers and button down: held when it is the last press, else click
-//              down | begin, scrolling   | repeating; one step | begin, anything else | held; mode entered or
-//              turned, lock begun or ended, or nothing
+//              | begin, click       | modifiers and button down: held when it is the last
+//              |                    | press, else click down
+//              | begin, scrolling   | repeating; one step
+//              | begin, all others  | held; mode entered or turned, lock begun or ended, or
+//              |                    | nothing
 //   held       | end                | idle; released in the opposite order
 //              | belated end        | a click: lingering; anything else as end
 //   lingering  | due                | nothing ahead: idle, released; else click up, button up
 //              | something else     | idle, released, when nothing is ahead
 //   click down | due                | click up; button up
-//   click up   | due                | button down: click down, or for the last press held while the button of
-//              |                    | the voice is down, else lingering
+//   click up   | due                | button down: click down; for the last press held while
+//              |                    | the button of the voice is down, else lingering
 //   repeating  | due                | one more step
 //              | end                | idle
 //   any other  | end                | the same; it completes by itself
