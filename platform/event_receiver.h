@@ -3,9 +3,9 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "platform/event_wire.h"
+#include "platform/loop_thread.h"
 #include "platform/session_bus.h"
 #include "platform/typed_events.h"
 
@@ -45,18 +45,16 @@ Result<bool> claimBusName(sd_bus* bus, const std::string& name);
 class EventReceiverThread {
  public:
   EventReceiverThread(std::string application, EventHandler handler, std::string busAddress = {});
-  ~EventReceiverThread();
   EventReceiverThread(const EventReceiverThread&) = delete;
   EventReceiverThread& operator=(const EventReceiverThread&) = delete;
 
  private:
-  void run();
+  void run(sd_event* loop, const bool* stopped);
 
   std::string fApplication;
   EventHandler fHandler;
   std::string fBusAddress;
-  int fStopSignal;  // an eventfd, readable once the thread is to end; -1 when there is none
-  std::thread fThread;
+  LoopThread fThread;  // last, for it uses the others
 };
 
 }  // namespace veltrix
