@@ -157,6 +157,7 @@ veltrix::PaneServices makePaneServices(const VeltrixDeviceList* devices, std::ui
   services.now = [] { return std::chrono::system_clock::time_point(); };
   services.osRelease = [] { return veltrix::OsRelease{12, 5, 0}; };
   services.setDeviceStateConsumer = [](const veltrix::DeviceStateConsumer&) {};
+  services.setDriverStatusConsumer = [](const veltrix::DriverStatusConsumer&) {};
   return services;
 }
 

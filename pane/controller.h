@@ -3,6 +3,7 @@
 #include <QObject>
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -76,6 +77,7 @@ class VeltrixController : public QObject, public veltrix::SettingsStore, public 
   void vtxUpdateDeviceList(const VeltrixDeviceList* list);
   void vtxReceiveDeviceState(const veltrix::DeviceState& state);
   void actSelectDevice();
+  void actButtonDriver();  // opens the sheet about the driver
 
   // Commands.
   void actButtonRestoreDefaults();
@@ -131,6 +133,8 @@ class VeltrixController : public QObject, public veltrix::SettingsStore, public 
   veltrix::plist::Dictionary wheelAction() const;
   void findAndShowSettings(std::uint16_t productId);
   void showOneDevice(const VeltrixDeviceList& list);
+  void followDriver();
+  void showDriver();
 
   VeltrixPrefPane* fPane;
   veltrix::Outlets* fOutlets;
@@ -146,6 +150,7 @@ class VeltrixController : public QObject, public veltrix::SettingsStore, public 
   std::array<std::int32_t, kButtonGroups> fButtonMenuCount{};
   QDialog* fModalWindow = nullptr;
   bool fReadsControls = false;
+  std::optional<veltrix::DriverStatus> fDriverStatus;  // nothing until the helper tells
 };
 
 extern VeltrixController* gVeltrixController;  // null before awakeFromNib

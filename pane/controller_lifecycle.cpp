@@ -24,6 +24,7 @@ VeltrixController::VeltrixController(VeltrixPrefPane* pane, Outlets* outlets, co
 VeltrixController::~VeltrixController() {
   if (gVeltrixController == this) {
     fServices.setDeviceStateConsumer({});
+    fServices.setDriverStatusConsumer({});
     gVeltrixController = nullptr;
   }
 }
@@ -56,6 +57,8 @@ void VeltrixController::awakeFromNib() {
     QMetaObject::invokeMethod(
         this, [this, state] { vtxReceiveDeviceState(state); }, Qt::QueuedConnection);
   });
+  showDriver();
+  followDriver();
   if (!fPrefsDict.boolFor("paramUI")) {
     delete fOutlets->scrolling.outScrollButtonAdvanced;
     fOutlets->scrolling.outScrollButtonAdvanced = nullptr;
@@ -134,6 +137,8 @@ void VeltrixController::connectCommands() {
   }
   connect(fOutlets->scrolling.outScrollButtonAdvanced, &QAbstractButton::clicked, this,
           &VeltrixController::actButtonEditScrollParams);
-  connect(fOutlets->warning.buttonAccessibilityOK, &QAbstractButton::clicked, this,
-          &VeltrixController::actModalButtonOK);
+  connect(help.buttonDriver, &QAbstractButton::clicked, this, &VeltrixController::actButtonDriver);
+  for (QAbstractButton* ok : {fOutlets->warning.buttonAccessibilityOK, fOutlets->driver.buttonDriverOK}) {
+    connect(ok, &QAbstractButton::clicked, this, &VeltrixController::actModalButtonOK);
+  }
 }

@@ -21,6 +21,13 @@ std::array<bool, kDeviceKindCount> presentKinds(const VeltrixDeviceList& list) {
   return present;
 }
 
+std::string deviceTitle(std::uint16_t productId, std::uint16_t version) {
+  const DeviceKind* kind = findDeviceKind(productId);
+  std::array<char, 32> revision{};
+  std::snprintf(revision.data(), revision.size(), " Rev. %u.%02u", version >> 8U, version & 0xFFU);
+  return std::string(kind != nullptr ? kind->name : "") + revision.data();
+}
+
 std::string deviceHelpText(const VeltrixDeviceList& list, std::string_view noDevice) {
   if (list.count == 0) {
     return std::string(noDevice);
@@ -28,13 +35,7 @@ std::string deviceHelpText(const VeltrixDeviceList& list, std::string_view noDev
   std::string text;
   text.reserve(kUsualReportSize);
   for (std::size_t i = 0; i < VeltrixDeviceCount(list); ++i) {
-    const VeltrixDeviceEntry& device = list.device[i];
-    const DeviceKind* kind = findDeviceKind(device.productID);
-    const unsigned version = device.productVers;
-    std::array<char, 32> revision{};
-    std::snprintf(revision.data(), revision.size(), " Rev. %u.%02u\n", version >> 8U, version & 0xFFU);
-    text += kind != nullptr ? kind->name : "";
-    text += revision.data();
+    text += deviceTitle(list.device[i].productID, list.device[i].productVers) + "\n";
   }
   return text;
 }

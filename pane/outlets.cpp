@@ -19,6 +19,7 @@ constexpr int kOneDeviceLines = 5;  // heights in lines of text
 constexpr int kDeviceCellLines = 3;
 constexpr int kNoDeviceLines = 7;
 constexpr int kDirectionLines = 9;
+constexpr int kDriverSheetLines = 28;
 constexpr qreal kHeadingSize = 1.3;  // relative to the usual text
 
 void makeHeading(QLabel* label) {
@@ -95,6 +96,13 @@ void finishHelpPage(const Ui::VeltrixHelpTab& help) {
   help.buttonUninstall->setAccessibleDescription(help.labelUninstall->text());
 }
 
+// Its texts are of any length and break anywhere; the sheet is to have a shape that reads well.
+void finishDriverSheet(const Ui::VeltrixDriverSheet& sheet) {
+  const int line = sheet.outDriverTextState->fontMetrics().height();
+  sheet.outDriverTextState->setMinimumWidth(line * kDriverSheetLines);
+  sheet.driverLayout->setSpacing(line);
+}
+
 // The tab's own background shows through, and margins, rows and columns keep a distance that grows with the
 // font.
 void finishPage(QScrollArea* page) {
@@ -130,11 +138,14 @@ void makeInterface(QWidget* view, Outlets* outlets) {
   outlets->help.setupUi(outlets->main.tabHelp);
   outlets->outWindowAccessibilityWarning = new QDialog(view);
   outlets->warning.setupUi(outlets->outWindowAccessibilityWarning);
+  outlets->outWindowDriver = new QDialog(view);
+  outlets->driver.setupUi(outlets->outWindowDriver);
   // Hiding the selected tab moves the user to the one before it.
   outlets->main.outMainTabsRoot->tabBar()->setSelectionBehaviorOnRemove(QTabBar::SelectLeftTab);
   outlets->scrolling.outScrollMatrixDirection->adoptCells();
   setHeightInLines(outlets->scrolling.outScrollTabsDirection, kDirectionLines);
   finishHelpPage(outlets->help);
+  finishDriverSheet(outlets->driver);
   finishPage(outlets->pointer.VeltrixPointerTabScroll);
   finishPage(outlets->scrolling.VeltrixScrollingTabScroll);
   finishPage(outlets->help.VeltrixHelpTabScroll);

@@ -4,6 +4,7 @@
 
 #include "ui_accessibility_warning.h"
 #include "ui_buttons_tab.h"
+#include "ui_driver_sheet.h"
 #include "ui_help_tab.h"
 #include "ui_main_view.h"
 #include "ui_pointer_tab.h"
@@ -21,6 +22,8 @@ struct Outlets {
   Ui::VeltrixHelpTab help;
   Ui::VeltrixAccessibilityWarning warning;
   QDialog* outWindowAccessibilityWarning = nullptr;
+  Ui::VeltrixDriverSheet driver;
+  QDialog* outWindowDriver = nullptr;
 };
 
 // Makes all widgets of the pane as children of `view`, in the state that they have before any settings are

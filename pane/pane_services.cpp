@@ -1,5 +1,6 @@
 #include "pane/pane_services.h"
 
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -37,6 +38,10 @@ PaneServices standardPaneServices(const Bundle& bundle) {
     veltrix::setDeviceStateConsumer(std::move(consumer));
     installDeviceStateHandler();
   };
+  services.setDriverStatusConsumer =
+      [watch = std::make_shared<std::unique_ptr<DriverStatusWatch>>()](DriverStatusConsumer consumer) {
+        *watch = consumer ? std::make_unique<DriverStatusWatch>(std::move(consumer)) : nullptr;
+      };
   return services;
 }
 

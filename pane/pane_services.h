@@ -7,6 +7,7 @@
 
 #include "helperlink/device_list.h"
 #include "helperlink/device_state.h"
+#include "helperlink/driver_status.h"
 #include "platform/bundle.h"
 #include "platform/os_release.h"
 #include "settings/settings_store.h"
@@ -33,6 +34,9 @@ struct PaneServices {
   // Names the one consumer of the helper's device states, or none when it is empty; the former one is not
   // called any more when this returns. A consumer may be called on any thread.
   std::function<void(DeviceStateConsumer)> setDeviceStateConsumer;
+
+  // The same for what the helper says of the driver.
+  std::function<void(DriverStatusConsumer)> setDriverStatusConsumer;
 };
 
 // The real ones, for the pane of that bundle.

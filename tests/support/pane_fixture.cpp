@@ -160,6 +160,9 @@ PaneServices PaneTest::makeServices() {
   services.setDeviceStateConsumer = [this](std::function<void(const DeviceState&)> consumer) {
     deviceStateConsumer = std::move(consumer);
   };
+  services.setDriverStatusConsumer = [this](DriverStatusConsumer consumer) {
+    driverStatusConsumer = std::move(consumer);
+  };
   return services;
 }
 

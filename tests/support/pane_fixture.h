@@ -91,6 +91,7 @@ class PaneTest : public ::testing::Test {
   std::vector<std::string> log;
   std::function<void(const std::string&)> onMessage;  // called before a message is recorded
   std::function<void(const DeviceState&)> deviceStateConsumer;
+  DriverStatusConsumer driverStatusConsumer;
   HostNotifications notifications;
   std::unique_ptr<VeltrixPrefPane> pane;
 
