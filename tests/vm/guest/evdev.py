@@ -11,6 +11,7 @@ EV_SYN, EV_KEY, EV_REL, EV_MSC = 0, 1, 2, 4
 SYN_REPORT, SYN_DROPPED = 0, 3
 REL_X, REL_Y, REL_HWHEEL, REL_WHEEL, REL_WHEEL_HI_RES, REL_HWHEEL_HI_RES = 0, 1, 6, 8, 11, 12
 BTN_MOUSE = 0x110
+REPEATED = 2
 
 EVENT = struct.Struct("@qqHHi")
 
@@ -32,7 +33,7 @@ def nodes(name=None, unique=None):
     for folder in pathlib.Path("/sys/class/input").glob("event*"):
         device = folder / "device"
         if (name is None or _attribute(device, "name") == name) and \
-           (unique is None or _attribute(device, "uniq") == unique):
+           (unique is None or _attribute(device, "uniq") == unique) and os.path.exists(f"/dev/input/{folder.name}"):
             found.append(int(folder.name.removeprefix("event")))
     return [f"/dev/input/event{number}" for number in sorted(found)]
 
@@ -40,15 +41,18 @@ def nodes(name=None, unique=None):
 def settled_node(name=None, unique=None):
     """The one node that there is, when udev has finished with it; else None."""
     found = nodes(name, unique)
-    if len(found) != 1 or not os.path.exists(found[0]):
+    if len(found) != 1:
         return None
-    number = os.stat(found[0]).st_rdev
+    try:
+        number = os.stat(found[0]).st_rdev
+    except FileNotFoundError:
+        return None
     database = f"/run/udev/data/c{os.major(number)}:{os.minor(number)}"
     return found[0] if os.path.exists(database) else None
 
 
 class Reader:
-    """Reads an event node. Events are (type, code, value); the ends of groups and scan codes are left out."""
+    """Reads an event node. Events are (type, code, value); ends of groups, scan codes and repetitions are left out."""
 
     def __init__(self, node):
         self.file = os.open(node, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC)
@@ -76,7 +80,8 @@ class Reader:
         result, end = [], time.monotonic() + seconds
         while len(result) < count and not self.gone and time.monotonic() < end:
             select.select([self.file], [], [], max(0, end - time.monotonic()))
-            result += [event[1:] for event in self.events() if event[1:3] != (EV_SYN, SYN_REPORT) and event[1] != EV_MSC]
+            result += [event[1:] for event in self.events() if event[1:3] != (EV_SYN, SYN_REPORT) and event[1] != EV_MSC
+                       and (event[1] != EV_KEY or event[3] != REPEATED)]
         return result
 
     def grab(self):

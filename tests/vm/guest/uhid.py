@@ -20,7 +20,7 @@ _numbers = itertools.count(1)
 
 
 class Device:
-    """A device with a report descriptor. `node` is its event node, once udev has finished with it."""
+    """A device with a report descriptor."""
 
     def __init__(self, name, descriptor, vendor, product, version):
         self.unique = f"VM-{next(_numbers):05}"
@@ -32,7 +32,14 @@ class Device:
         self._ended = os.eventfd(0)
         self._answering = threading.Thread(target=self._answer, daemon=True)
         self._answering.start()
-        self.node = wait_until(lambda: evdev.settled_node(unique=self.unique), f"the event node of {name}")
+        self._node = None
+
+    @property
+    def node(self):
+        """Its event node, once udev has finished with it."""
+        if self._node is None:
+            self._node = wait_until(lambda: evdev.settled_node(unique=self.unique), f"the node of {self.unique}")
+        return self._node
 
     def _answer(self):
         poller = select.poll()

@@ -1,0 +1,167 @@
+"""How the driver stands to trackballs and keyboards that come, go, and do not behave."""
+import pathlib
+import time
+
+import evdev
+import link
+import uhid
+from case import PRODUCT, PRODUCT_VERSION, DriverCase
+from evdev import BTN_MOUSE, EV_KEY, EV_REL, REL_X
+from usb_gadget import GadgetTrackball
+from waiting import wait_until
+
+KEY_A = 30
+HOLDS_KEY = {0: 1, 1: (10, 0, 0), 12: (20, 0, 3)}  # a click, the key A
+PLUG_CYCLES, PLUGGED_AT_ONCE = 100, 5
+
+
+class TrackballTest(DriverCase):
+    def test_two_trackballs_share_what_they_hold(self):
+        first = self.take()
+        second = self.plug()
+        self.link.expect_condition(link.TAKEN)
+        pointer = self.driver.pointer
+        first.press(0)
+        self.wait_for(pointer, (EV_KEY, BTN_MOUSE, 1))
+        second.press(0)
+        first.release(0)
+        second.report(x=4)
+        self.assertNotIn((EV_KEY, BTN_MOUSE, 0), pointer.read(1))
+        second.release(0)
+        self.wait_for(pointer, (EV_KEY, BTN_MOUSE, 0))
+
+    def test_unplugged_trackball_holds_nothing(self):
+        ball = self.take(link.record(HOLDS_KEY))
+        ball.press(0, 1)
+        self.wait_for(self.driver.pointer, (EV_KEY, BTN_MOUSE, 1))
+        self.wait_for(self.driver.keyboard, (EV_KEY, KEY_A, 1))
+        ball.unplug()
+        self.link.expect_condition(link.DETACHED)
+        self.assert_nothing_pressed()
+
+    def test_trackball_with_a_held_button_is_taken_when_it_is_up(self):
+        ball = self.plug()
+        ball.press(2)
+        self.connect().apply(link.record())
+        self.link.expect_condition(link.WAITING)
+        with evdev.Reader(ball.node) as reader:
+            ball.report(x=1)
+            self.wait_for(reader, (EV_REL, REL_X, 1))
+        ball.release(2)
+        self.link.expect_condition(link.TAKEN)
+
+    def test_rival_is_reported_and_outlasted(self):
+        ball = self.plug()
+        with evdev.Reader(ball.node) as rival:
+            self.assertTrue(rival.grab())
+            self.connect().apply(link.record())
+            state = self.link.expect_condition(link.BUSY)
+            self.assertNotEqual(state.error, 0)
+            time.sleep(0.5)  # so that it has tried again in vain
+            self.assertFalse([each for each in self.link.received if each.condition == link.TAKEN])
+        self.link.expect_condition(link.TAKEN)
+        with evdev.Reader(ball.node) as late:
+            self.assertFalse(late.grab())
+
+    def test_lost_events_leave_no_button_behind(self):
+        ball = self.take(link.record({0: 1, 1: 2, 2: 3, 12: (20, 0, 3)}))
+        ball.press(0)
+        self.wait_for(self.driver.pointer, (EV_KEY, BTN_MOUSE, 1))
+        self.driver.pause()
+        ball.release(0)
+        ball.press(1)
+        for step in range(2000):
+            ball.report(x=1 + step % 2, y=1)
+        self.driver.go_on()
+        pointer = self.driver.pointer
+        wait_until(lambda: pointer.pressed() == [BTN_MOUSE + 1], "the state of the buttons")
+        ball.release(1)
+        self.assert_nothing_pressed()
+        pointer.events()
+        ball.press(0)
+        self.wait_for(pointer, (EV_KEY, BTN_MOUSE, 1))
+
+    def test_plugging_leaks_nothing(self):
+        self.connect().apply(link.record())
+        before = None
+        for cycle in range(PLUG_CYCLES):
+            balls = [uhid.Trackball(PRODUCT, PRODUCT_VERSION) for _ in range(PLUGGED_AT_ONCE)]
+            for _ in balls:
+                self.link.expect_condition(link.TAKEN)
+            balls[cycle % len(balls)].press(0)
+            for ball in balls:
+                ball.unplug()
+            for _ in balls:
+                self.link.expect_condition(link.DETACHED)
+            if cycle == 4:
+                before = self.driver.descriptors()
+        self.assertEqual(self.driver.descriptors(), before)
+        self.assert_nothing_pressed()
+
+    def test_driver_that_is_stopped_says_so_and_leaves_a_plain_mouse(self):
+        ball = self.take()
+        ball.press(0)
+        self.wait_for(self.driver.pointer, (EV_KEY, BTN_MOUSE, 1))
+        self.assert_plain_after(self.driver.process.terminate, ball)
+        self.link.expect_status(link.STOPPING)
+        self.link.expect_end()
+        self.assertEqual(self.driver.process.wait(timeout=5), 0)
+
+
+class KeyboardTest(DriverCase):
+    def wake_ups(self):
+        text = pathlib.Path(f"/proc/{self.driver.process.pid}/status").read_text()
+        return int(next(line.split()[1] for line in text.splitlines() if line.startswith("voluntary_ctxt_switches")))
+
+    def settled_wake_ups(self):
+        """How often it has slept, once it sleeps."""
+        def unchanged():
+            before = self.wake_ups()
+            time.sleep(0.1)
+            return before if self.wake_ups() == before else None
+        return wait_until(unchanged, "the driver to sleep")
+
+    def test_only_modifier_keys_reach_the_driver(self):
+        keyboard = self.enterContext(uhid.Keyboard())
+        ball = self.take(link.record(speed=20, acceleration=0, slow=2048 >> 8))
+        pointer = self.driver.pointer
+        ball.report(x=8)
+        moved = pointer.read(1)
+        with evdev.Reader(keyboard.node) as typed:
+            before = self.settled_wake_ups()
+            for usage in range(0x04, 0x1E):
+                keyboard.press(usage)
+                keyboard.release(usage)
+                self.assertEqual(len(typed.read(2)), 2)
+            self.assertEqual(self.wake_ups(), before)
+            keyboard.press(0xE2)
+            typed.read(1)
+            wait_until(lambda: self.wake_ups() > before, "the driver to learn of the modifier key")
+        ball.report(x=32)
+        self.wait_for(pointer, moved[0])
+        keyboard.release(0xE2)
+
+
+class UsbTest(DriverCase):
+    def test_trackball_on_a_usb_bus_is_known_by_its_own_version(self):
+        ball = GadgetTrackball(PRODUCT, 0x0212)
+        with evdev.Reader(ball.node) as reader:
+            self.assertNotEqual(reader.identity()[3], 0x0212)  # the input device has another one
+        self.connect()
+        state = self.link.expect_condition(link.LEFT_ALONE)
+        self.assertEqual((state.vendor, state.product, state.productVersion), (uhid.VENDOR, PRODUCT, 0x020C))
+        self.link.apply(link.record(), PRODUCT, 0x0212)
+        self.link.apply(link.record(HOLDS_KEY), PRODUCT, 0x020C)
+        self.link.expect_condition(link.TAKEN)
+        pointer, keyboard = self.listen()
+        for _ in range(5):
+            ball.press(0)
+            self.wait_for(pointer, (EV_KEY, BTN_MOUSE, 1))
+            ball.press(1)
+            self.wait_for(keyboard, (EV_KEY, KEY_A, 1))
+            ball.unplug()
+            self.wait_for(keyboard, (EV_KEY, KEY_A, 0))
+            self.wait_for(pointer, (EV_KEY, BTN_MOUSE, 0))
+            self.link.expect_condition(link.DETACHED)
+            ball.plug()
+            self.link.expect_condition(link.TAKEN)
