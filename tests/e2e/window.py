@@ -5,7 +5,7 @@ import subprocess
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
-from desktop import wait_until  # noqa: E402
+from desktop import WAIT_SECONDS, wait_until  # noqa: E402
 
 ACCESSIBLE = pathlib.Path(__file__).resolve().parent / "accessible.py"
 APPLICATION = "veltrix-settings"
@@ -66,7 +66,7 @@ class Window:
         def there():
             control = self.focused()
             return control if control is not None and accepts(control) else None
-        return wait_until(there, what, seconds=10)
+        return wait_until(there, what, seconds=WAIT_SECONDS / 2)
 
     def click(self, role, name=None, at=0.5, label=None, times=1):
         """Clicks with the mouse, `at` of the way from the left edge to the right one."""

@@ -12,7 +12,7 @@ import sys
 import tempfile
 import time
 
-WAIT_SECONDS = 20
+WAIT_SECONDS = float(os.environ.get("VELTRIX_WAIT_SECONDS", "20"))  # more on a slow machine
 SETTINGS_FILE = "Library/Preferences/com.aldmoor.veltrix.settings.plist"
 
 
