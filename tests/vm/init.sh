@@ -64,6 +64,10 @@ for folder in proc sys dev; do $bb mount --move /$folder /root/$folder; done
 $bb mount -t tmpfs -o mode=1777 tmpfs /root/dev/shm
 [ -z "$systemd" ] && exec $bb switch_root /root /run/vm/busybox sh /run/vm/init in_root
 
+# Generators make units for what this machine does not have, anew at each reload.
+$bb mount -t tmpfs tmpfs /root/usr/lib/systemd/system-generators
+# By these files systemd takes itself for one in a container, when the host is one.
+$bb rm -f /root/.dockerenv /root/run/.containerenv
 units=/root/run/systemd/system
 $bb mkdir -p $units
 # These walk over all files of the host, which takes long.
@@ -72,8 +76,8 @@ for unit in systemd-tmpfiles-setup systemd-journal-flush systemd-sysctl systemd-
 done
 $bb cat >$units/vm.service <<'UNIT'
 [Unit]
-Wants=systemd-udevd.service systemd-udev-trigger.service dbus.service
-After=systemd-udevd.service systemd-udev-trigger.service dbus.service
+Wants=systemd-udevd.service systemd-udev-trigger.service
+After=systemd-udevd.service systemd-udev-trigger.service
 [Service]
 Type=oneshot
 StandardOutput=tty
