@@ -13,6 +13,7 @@ import uhid
 from predictor import Predictor, of_keyboard, of_pointer
 
 GENERATED = 20
+FEWEST_EVENTS = 20  # of a record; otherwise next to nothing would have been compared
 BUTTONS = 8
 # A ball that lay still for so long has no speed left, so that what it does next depends on no clock.
 STILL_SECONDS = 0.25
@@ -31,8 +32,9 @@ class Play:
     def __init__(self, ball, predictor, outputs):
         self._ball, self._predictor, self._outputs = ball, predictor, outputs
         self._moved = 0
-        self._deadline = None
+        self._owed = []
         self.steps = []
+        self.compared = 0
 
     def apply(self, connection, record, scroll, product, version):
         connection.apply(record, product, version, scroll)
@@ -55,10 +57,17 @@ class Play:
 
     def _compare(self, predicted):
         events, deadline = predicted
-        began = now()
+        self._owed += events
+        began, expired = now(), False
         while deadline is not None and deadline - began < SOON_MICROSECONDS:
             more, deadline = self._predictor.until(deadline)
-            events += more
+            self._owed += more
+            expired = True
+        # What a held button repeats must not begin while this looks on.
+        if deadline is not None and not expired:
+            return
+        events, self._owed = self._owed, []
+        self.compared += len(events)
         for reader, belongs in zip(self._outputs, (of_keyboard, of_pointer)):
             wanted = [event for event in events if belongs(event)]
             came = reader.read(len(wanted))
@@ -119,7 +128,9 @@ class RemapTest(unittest.TestCase):
                 with self.subTest(product=hex(product), entry=number):
                     play.steps = []
                     play.apply(self.link, record, scroll, product, version)
+                    before = play.compared
                     self.play(play, random.Random(number))
+                    self.assertGreater(play.compared - before, FEWEST_EVENTS)
                     for reader in outputs:
                         self.assertEqual(reader.read(1, seconds=0), [])
             self.link.withdraw(product, version)
