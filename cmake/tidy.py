@@ -3,10 +3,11 @@
 
 usage: tidy.py BUILD_DIR JOBS
 
-A source counts as known when the same configuration, command and preprocessed text came out clean before; the memory
-lies in BUILD_DIR/tidy. Exits with 1 when a source has findings.
+A source counts as known when it came out clean before with the same configuration, command and text of all files that
+the build has read for it; the memory lies in BUILD_DIR/tidy. What is not built yet is looked at each time. Exits with 1 when a source has findings.
 """
 import concurrent.futures
+import functools
 import hashlib
 import json
 import pathlib
@@ -25,23 +26,41 @@ def own_sources(build_dir, root):
             yield entry
 
 
-def fingerprint(entry, configuration):
-    """A digest of all that clang-tidy would see, None when the source cannot be preprocessed."""
+def inputs_of_objects(build_dir):
+    """What each object was made from, by the object's name, as the compiler told the build of it."""
+    listing = subprocess.run(["ninja", "-C", str(build_dir), "-t", "deps"], capture_output=True, text=True, check=True)
+    inputs = {}
+    for block in listing.stdout.split("\n\n"):
+        if block.strip():
+            head, *files = block.strip().splitlines()
+            inputs[head.split(": #deps")[0]] = [file.strip() for file in files]
+    return inputs
+
+
+@functools.lru_cache(maxsize=None)
+def look_at_file(path):
+    """When it was changed, and a digest of what is in it."""
+    return path.stat().st_mtime_ns, hashlib.sha256(path.read_bytes()).digest()
+
+
+def fingerprint(entry, inputs, configuration):
+    """A digest of all that clang-tidy would see; None when the build is behind the source, and so what it says of it."""
     words = entry["command"].split()
-    words = [word for word in words if not word.endswith("ccache")]
-    if "-o" in words:
-        at = words.index("-o")
-        del words[at:at + 2]
-    words.remove("-c")
-    # Comments stay in, because they can switch a check off for a line.
-    done = subprocess.run(words + ["-E", "-C", "-o", "-"], cwd=entry["directory"], capture_output=True)
-    if done.returncode != 0:
+    name = words[words.index("-o") + 1]
+    folder = pathlib.Path(entry["directory"])
+    try:
+        made = (folder / name).stat().st_mtime_ns
+        seen = [look_at_file(folder / file) for file in inputs[name]]
+    except (KeyError, OSError):
         return None
-    return hashlib.sha256(configuration + entry["command"].encode() + done.stdout).hexdigest()
+    if any(changed > made for changed, _ in seen):
+        return None
+    command = " ".join(word for word in words if not word.endswith("ccache"))
+    return hashlib.sha256(b"".join([configuration, command.encode(), *(digest for _, digest in seen)])).hexdigest()
 
 
-def check(entry, build_dir, memory, configuration):
-    digest = fingerprint(entry, configuration)
+def check(entry, build_dir, digest):
+    memory = build_dir / "tidy"
     if digest and (memory / digest).exists():
         return ""
     done = subprocess.run([TIDY, "-p", str(build_dir), "--quiet", entry["file"]], capture_output=True, text=True)
@@ -55,13 +74,13 @@ def check(entry, build_dir, memory, configuration):
 def main():
     build_dir, jobs = pathlib.Path(sys.argv[1]).resolve(), int(sys.argv[2])
     root = pathlib.Path(__file__).resolve().parent.parent
-    memory = build_dir / "tidy"
-    memory.mkdir(exist_ok=True)
+    (build_dir / "tidy").mkdir(exist_ok=True)
     configuration = b"".join((root / folder / ".clang-tidy").read_bytes() for folder in (".", "tests"))
+    inputs = inputs_of_objects(build_dir)
     entries = list(own_sources(build_dir, root))
     bad = 0
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        for report in pool.map(lambda entry: check(entry, build_dir, memory, configuration), entries):
+        for report in pool.map(lambda entry: check(entry, build_dir, fingerprint(entry, inputs, configuration)), entries):
             if report:
                 bad += 1
                 print(report, flush=True)
