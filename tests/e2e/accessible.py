@@ -3,9 +3,16 @@
 
 usage: accessible.py APPLICATION
 
-For each line of the input prints a line with a JSON array that has one object for each accessible object that is
-showing, or, if the line is "controls", for each enabled control of the active window that can have the focus: the name of its window and whether that is active, role, name, labels, description, text, value, states and the
-rectangle on the screen. Runs as a process of its own, because libatspi looks for its bus once in a process, and looks
+Each line of the input is a question, a JSON object. Its "what" is one of
+  everything  what is showing, or only what has the question's "role" and "name", where they are not null
+  windows     the windows that are showing
+  controls    the enabled controls of the active window that can have the focus
+  focused     the one of them that has it
+The answer is a line with a JSON array that has one object for each: the name of its window and whether that is active,
+role, name, labels, description, text, value, states and the rectangle on the screen. Each of these is a message to the
+program and back, so a narrow question is answered several times as fast as a wide one.
+
+Runs as a process of its own, because libatspi looks for its bus once in a process, and looks
 anew each time in a child of it, because libatspi keeps what it has seen.
 """
 import json
@@ -60,7 +67,12 @@ def describe(accessible):
     }
 
 
-def walk(accessible, found):
+def fits(accessible, question):
+    return question["role"] in (None, accessible.get_role_name()) and \
+        question["name"] in (None, accessible.get_name())
+
+
+def walk(accessible, question, found):
     for index in range(accessible.get_child_count()):
         child = accessible.get_child_at_index(index)
         if child is None:
@@ -68,10 +80,16 @@ def walk(accessible, found):
         try:
             # The items of a closed menu say that they are showing.
             if child.get_state_set().contains(Atspi.StateType.SHOWING):
-                found.append(describe(child))
-                walk(child, found)
+                if fits(child, question):
+                    found.append(describe(child))
+                walk(child, question, found)
         except GLib.Error:
             continue  # it went away while it was looked at
+
+
+def is_control(states, role):
+    return role not in SURROUNDINGS and states.contains(Atspi.StateType.FOCUSABLE) and \
+        states.contains(Atspi.StateType.ENABLED)
 
 
 def walk_controls(accessible, found):
@@ -84,30 +102,59 @@ def walk_controls(accessible, found):
             role = child.get_role_name()
             if not states.contains(Atspi.StateType.SHOWING) or role in PARTS:
                 continue
-            if role not in SURROUNDINGS and states.contains(Atspi.StateType.FOCUSABLE) and \
-                    states.contains(Atspi.StateType.ENABLED):
+            if is_control(states, role):
                 found.append(describe(child))
             walk_controls(child, found)
         except GLib.Error:
             continue  # it went away while it was looked at
 
 
-def look_at_window(window, only_controls):
+def find_focused(accessible):
+    """The first of the controls that has the focus."""
+    for index in range(accessible.get_child_count()):
+        child = accessible.get_child_at_index(index)
+        if child is None:
+            continue
+        try:
+            states = child.get_state_set()
+            if not states.contains(Atspi.StateType.SHOWING):
+                continue
+            role = child.get_role_name()
+            if role in PARTS:
+                continue
+            if states.contains(Atspi.StateType.FOCUSED) and is_control(states, role):
+                return describe(child)
+            found = find_focused(child)
+            if found is not None:
+                return found
+        except GLib.Error:
+            continue  # it went away while it was looked at
+    return None
+
+
+def look_at_window(window, question):
+    what = question["what"]
     states = window.get_state_set()
     active = states.contains(Atspi.StateType.ACTIVE)
-    if not states.contains(Atspi.StateType.SHOWING) or (only_controls and not active):
+    if not states.contains(Atspi.StateType.SHOWING) or (what in ("controls", "focused") and not active):
         return []
     found = []
-    if only_controls:
+    if what == "controls":
         walk_controls(window, found)
-    else:
+    elif what == "focused":
+        focused = find_focused(window)
+        found += [] if focused is None else [focused]
+    elif what == "windows":
         found.append(describe(window))
-        walk(window, found)
+    else:
+        if fits(window, question):
+            found.append(describe(window))
+        walk(window, question, found)
     place = {"window": window.get_name(), "active": active}
     return [{**place, **one} for one in found]
 
 
-def look(application_name, only_controls):
+def look(application_name, question):
     Atspi.init()
     desktop = Atspi.get_desktop(0)
     found = []
@@ -116,7 +163,7 @@ def look(application_name, only_controls):
         if application is not None and application.get_name() == application_name:
             for number in range(application.get_child_count()):
                 window = application.get_child_at_index(number)
-                found += look_at_window(window, only_controls) if window is not None else []
+                found += look_at_window(window, question) if window is not None else []
     print(json.dumps(found), flush=True)
 
 
@@ -124,7 +171,7 @@ def main():
     for line in sys.stdin:
         child = os.fork()
         if child == 0:
-            look(sys.argv[1], line.strip() == "controls")
+            look(sys.argv[1], json.loads(line))
             os._exit(0)
         if os.waitpid(child, 0)[1] != 0:
             print("null", flush=True)

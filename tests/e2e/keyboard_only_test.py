@@ -37,9 +37,9 @@ def has_name(name):
 
 
 class KeyboardOnlyTest(PaneTestCase):
-    def step(self, window, key="Tab"):
-        """Moves the focus on, and yields the control that has it then."""
-        before = window.focused()
+    def step(self, window, key="Tab", before=None):
+        """Moves the focus on from `before`, by default from where it is, and yields the control that has it then."""
+        before = before or window.focused()
         if before is not None and KEYSTROKE_FIELD in before["labels"]:
             window.key("Shift_L", "Shift_L")  # every other key would be recorded
         else:
@@ -52,7 +52,7 @@ class KeyboardOnlyTest(PaneTestCase):
         for _ in range(LARGEST_ROUND):
             if accepts(control):
                 return control
-            control = self.step(window)
+            control = self.step(window, before=control)
         raise AssertionError(f"Tab does not lead to {what}")
 
     def go_round(self, window):
@@ -60,7 +60,7 @@ class KeyboardOnlyTest(PaneTestCase):
         first = wait_until(window.focused, "a focus")
         order = [first]
         while True:
-            control = self.step(window)
+            control = self.step(window, before=order[-1])
             if identity(control) == identity(first):
                 return order
             order.append(control)
@@ -126,7 +126,7 @@ class KeyboardOnlyTest(PaneTestCase):
         window.key("Right")
         window.wait_for_focus("the commands", has_name("Commands of the category"))
         for _ in range(30):
-            if any(one["name"] == command and "SELECTED" in one["states"] for one in window.shown("list item")):
+            if any("SELECTED" in one["states"] for one in window.shown("list item", command)):
                 return
             window.key("Down")
         raise AssertionError(f"no command {command!r}")

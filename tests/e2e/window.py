@@ -25,8 +25,8 @@ class Window:
         """All that is showing; nothing while it changes too fast to be looked at."""
         return self._ask("everything")
 
-    def _ask(self, question):
-        self._reader.stdin.write(question + "\n")
+    def _ask(self, what, role=None, name=None):
+        self._reader.stdin.write(json.dumps({"what": what, "role": role, "name": name}) + "\n")
         self._reader.stdin.flush()
         line = self._reader.stdout.readline()
         if not line:
@@ -35,9 +35,7 @@ class Window:
 
     def shown(self, role=None, name=None, label=None):
         """`label` is the text that stands beside it. Pop-up menus have one, because their name is what they show."""
-        return [one for one in self.everything()
-                if (role is None or one["role"] == role) and (name is None or one["name"] == name) and
-                (label is None or label in one["labels"])]
+        return [one for one in self._ask("everything", role, name) if label is None or label in one["labels"]]
 
     def find(self, role, name=None, label=None):
         return wait_until(lambda: self.shown(role, name, label), f"a {role} named {name!r}, labelled {label!r}")[-1]
@@ -47,11 +45,11 @@ class Window:
 
     def wait_for_window(self, name):
         """Waits until that window is the one that keys go to."""
-        wait_until(lambda: any(one["active"] and one["window"] == name for one in self.everything()),
+        wait_until(lambda: any(one["active"] and one["window"] == name for one in self._ask("windows")),
                    f"the window {name!r}")
 
     def wait_for_end_of_window(self, name):
-        wait_until(lambda: not any(one["window"] == name for one in self.everything()),
+        wait_until(lambda: not any(one["window"] == name for one in self._ask("windows")),
                    f"the window {name!r} to go")
 
     def controls(self):
@@ -59,7 +57,8 @@ class Window:
         return self._ask("controls")
 
     def focused(self):
-        return next((one for one in self.controls() if "FOCUSED" in one["states"]), None)
+        """The control of the active window that has the focus; None without one."""
+        return next(iter(self._ask("focused")), None)
 
     def wait_for_focus(self, what, accepts):
         """Waits until the focus is on a control that `accepts` takes, and returns that."""
