@@ -54,6 +54,10 @@ class Device:
             elif kind == UHID_SET_REPORT:
                 os.write(self._file, struct.pack("=IIH", UHID_SET_REPORT_REPLY, number, 0))
 
+    def fileno(self):
+        """For somebody else who sends reports."""
+        return self._file
+
     def send(self, report):
         os.write(self._file, struct.pack("=IH", UHID_INPUT2, len(report)) + report)
 
