@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 """Prints every figure of the project in one run.
 
-usage: run.py BUILD_DIR [--rounds N]
+usage: run.py BUILD_DIR [desktop | driver] [--rounds N] [--vm-rounds N]
 
 The build must be the release build. Whole programs are measured in turns, ours and the yardstick one after the other,
-so that whatever else the machine does weighs on both alike. Every figure is a median.
+so that whatever else the machine does weighs on both alike. Every figure is a median. `driver` measures what needs a
+kernel of its own, `desktop` the rest.
 """
 import argparse
 import json
@@ -16,6 +17,7 @@ import sys
 import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/support"))
+import driver_figures  # noqa: E402
 from desktop import Desktop, isolate  # noqa: E402
 
 SIMULATED = "A1D0:2041:0107,A1D0:1020:0100,A1D0:8002:0203"
@@ -146,13 +148,8 @@ def helper_figures(table, process, seconds=5):
     table.add("helper, wake-ups a second with no pane open", f"{wakeups:.1f}", "0")
 
 
-def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("build", type=pathlib.Path)
-    parser.add_argument("--rounds", type=int, default=21)
-    arguments = parser.parse_args()
-    table = Table()
-    with Desktop(arguments.build) as desktop:
+def desktop_figures(table, build, rounds):
+    with Desktop(build) as desktop:
         settings_figures(table, desktop)
         keyboard_figures(table, desktop)
         menu_figures(table, desktop)
@@ -161,11 +158,33 @@ def main():
         helper_figures(table, process)
         poll = micro(desktop, "poll_bench")["BM_Poll"]
         table.add("poll: find the helper, ask, be answered", f"{poll / 1e3:.0f} µs", "< 200 µs")
-        window_figures(table, desktop, arguments.rounds)
+        window_figures(table, desktop, rounds)
         editor_figures(table, desktop)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("build", type=pathlib.Path)
+    parser.add_argument("part", nargs="?", choices=("desktop", "driver"))
+    parser.add_argument("--rounds", type=int, default=21)
+    parser.add_argument("--vm-rounds", type=int, default=7)
+    arguments = parser.parse_args()
+    table, pages = Table(), []
+    if arguments.part != "driver":
+        desktop_figures(table, arguments.build, arguments.rounds)
+    if arguments.part != "desktop":
+        try:
+            summary, pages = driver_figures.report(arguments.build, arguments.vm_rounds)
+        except driver_figures.Failure as problem:
+            sys.exit(f"bench: {problem}")
+        for figure in summary:
+            table.add(*figure)
     cpu = next((line.split(":")[1].strip() for line in open("/proc/cpuinfo") if line.startswith("model name")), "?")
-    print(f"\n{cpu}, {os.cpu_count()} cores, Linux {platform.release()}, {arguments.rounds} rounds of each program\n")
+    print(f"\n{cpu}, {os.cpu_count()} cores, Linux {platform.release()}, {arguments.rounds} rounds of each program, "
+          f"{arguments.vm_rounds} in the emulated machine\n")
     table.show()
+    print()
+    print("\n".join(pages))
 
 
 if __name__ == "__main__":
