@@ -15,7 +15,7 @@ os.environ["VELTRIX_WAIT_SECONDS"] = "90"
 import driver  # noqa: E402
 import evdev  # noqa: E402
 import seat  # noqa: E402
-from case import PRODUCT, PRODUCT_VERSION, assert_plain_after  # noqa: E402
+from case import PRODUCT, PRODUCT_VERSION, PlainMouse  # noqa: E402
 from evdev import EV_KEY, EV_REL  # noqa: E402
 from pane_test_case import PaneTestCase  # noqa: E402
 from usb_gadget import GadgetTrackball  # noqa: E402
@@ -26,7 +26,7 @@ KEY_LEFTCTRL, KEY_LEFTALT, KEY_T = 29, 56, 20
 ROUNDS_WITH_HELPER, ROUNDS_WITH_DRIVER, ROUNDS_WITH_PANE = 30, 6, 6
 
 
-class ChainTest(PaneTestCase):
+class ChainTest(PlainMouse, PaneTestCase):
     build = os.environ["VELTRIX_BUILD"]
 
     @classmethod
@@ -98,7 +98,7 @@ class ChainTest(PaneTestCase):
             helper = self.desktop.start([self.desktop.helper_program])
             self.wait_for_taken()
             held = self.press_some(chance)
-            assert_plain_after(self, helper.kill, self.ball)
+            self.assert_plain_after(helper.kill, self.ball)
             helper.wait()
             for reader in (self.driver.pointer, self.driver.keyboard):
                 wait_until(lambda: reader.pressed() == [], "the release of all keys and buttons")
@@ -110,7 +110,7 @@ class ChainTest(PaneTestCase):
         for _ in range(ROUNDS_WITH_DRIVER):
             self.wait_for_taken()
             held = self.press_some(chance)
-            assert_plain_after(self, self.driver.kill, self.ball)
+            self.assert_plain_after(self.driver.kill, self.ball)
             self.driver.restart()
             self.release_all(held)
         self.wait_for_taken()
