@@ -35,6 +35,7 @@ class ChainTest(PlainMouse, PaneTestCase):
 
     def setUp(self):
         seat.set_active_user(os.getuid())
+        self.ball.release(*range(8))  # what a failed test may have left held
         self.driver = self.enterContext(driver.Driver())
         super().setUp()
 

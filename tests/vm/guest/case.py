@@ -1,4 +1,5 @@
 """What tests with a driver, a connection of their own to it and trackballs have in common."""
+import subprocess
 import time
 import unittest
 
@@ -10,12 +11,23 @@ import uhid
 from waiting import wait_until
 
 PRODUCT, PRODUCT_VERSION = 0x2041, 0x0107
-# How long a hand may find the trackball dead when whoever has it goes away. A busy host stops the emulated machine for
-# longer now and then, which no clock inside tells from a slow driver: so of many rounds one in ten may take longer, and
-# a few rounds prove no more than that it comes back at all.
+# How long a hand may find the trackball dead when whoever has it goes away.
 PLAIN_WITHIN_SECONDS = 0.1
 PLAIN_AT_LAST_SECONDS = 2
+# One round in ten may take longer: a busy host stops the emulated machine for a while now and then. A few rounds prove
+# no more than that the trackball comes back at all.
 ENOUGH_ROUNDS = 10
+
+
+def slowness_of_host(pieces=400):
+    """How much longer work takes than if the host gave the machine all its time: 1 on a quiet host."""
+    subprocess.run(["udevadm", "settle", "-t", "10"], check=False)  # nothing else is to run in the machine itself
+    times = []
+    for _ in range(pieces):
+        began = time.monotonic()
+        sum(range(3000))
+        times.append(time.monotonic() - began)
+    return sum(times) / pieces / min(times)
 
 
 class PlainMouse:
@@ -38,10 +50,11 @@ class PlainMouse:
         self._delays.append(heard_at - began)
 
     def _assert_in_time(self):
-        delays = sorted(self._delays)
-        print(f"plain within {delays[len(delays) // 2] * 1000:.0f} ms, at most {delays[-1] * 1000:.0f}", end=" ... ", flush=True)
+        delays, slowness = sorted(self._delays), slowness_of_host()
+        print(f"plain after {delays[len(delays) // 2] * 1000:.0f} ms, at most {delays[-1] * 1000:.0f}, on a host that is "
+              f"{slowness:.1f} times slower", end=" ... ", flush=True)
         if len(delays) >= ENOUGH_ROUNDS:
-            self.assertLess(delays[len(delays) * 9 // 10], PLAIN_WITHIN_SECONDS)
+            self.assertLess(delays[len(delays) * 9 // 10], PLAIN_WITHIN_SECONDS * slowness)
 
 
 class DriverCase(PlainMouse, unittest.TestCase):
