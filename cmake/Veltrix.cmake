@@ -17,12 +17,9 @@ if(VELTRIX_SANITIZE)
   target_link_options(veltrix_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-if(VELTRIX_FUZZ)
-  # Everything is instrumented; only the fuzz targets link the fuzzer's own main. clang counts changes of sign among
-  # -Wconversion, g++ does not; both builds ask for the same.
-  target_compile_options(veltrix_options INTERFACE -Wno-sign-conversion
-    -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(veltrix_options INTERFACE -fsanitize=address,undefined)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+  # clang counts changes of sign among -Wconversion, g++ does not; both builds ask for the same.
+  target_compile_options(veltrix_options INTERFACE -Wno-sign-conversion)
 endif()
 
 # veltrix_library(NAME [SOURCES ...] [DEPS ...] [PRIVATE_DEPS ...])
@@ -32,6 +29,10 @@ function(veltrix_library name)
   if(arg_SOURCES)
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC veltrix_options ${arg_DEPS} PRIVATE ${arg_PRIVATE_DEPS})
+    if(VELTRIX_FUZZ)
+      # The fuzzer is led by what it reaches in the libraries; tests and programs link the same ones without its main.
+      target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
   else()
     add_library(${name} INTERFACE)
     target_link_libraries(${name} INTERFACE veltrix_options ${arg_DEPS})
