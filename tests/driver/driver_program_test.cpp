@@ -9,9 +9,9 @@
 namespace veltrix {
 namespace {
 
+using ::testing::HasSubstr;
 using testing::ProgramRun;
 using testing::runProgram;
-using ::testing::HasSubstr;
 
 TEST(DriverProgram, ShowsItsHelp) {
   const ProgramRun run = runProgram({VELTRIX_DRIVER, "--help"}, {});
