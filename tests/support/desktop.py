@@ -94,8 +94,9 @@ class Desktop:
         self._stack = contextlib.ExitStack()
 
     def __enter__(self):
-        # See isolate: it may have been refused.
-        if self._with_helper and subprocess.run(["pgrep", "-u", str(os.getuid()), "-x", "VeltrixHelper"], capture_output=True).returncode == 0:
+        # See isolate: it may have been refused. One that has ended, but that nobody has waited for, harms nobody.
+        running = ["pgrep", "-u", str(os.getuid()), "-r", "DRSTt", "-x", "VeltrixHelper"]
+        if self._with_helper and subprocess.run(running, capture_output=True).returncode == 0:
             raise AssertionError("another VeltrixHelper of this user is running; end it first")
         with contextlib.ExitStack() as stack:
             self.home = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory(prefix="veltrix-desktop-")))
