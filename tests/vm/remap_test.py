@@ -17,9 +17,9 @@ FEWEST_EVENTS = 20 * GENERATED  # of one kind; otherwise next to nothing would h
 BUTTONS = 8
 # A ball that lay still for so long has no speed left, so that what it does next depends on no clock.
 STILL_SECONDS = 0.25
-# What the engine does by itself within this time is waited for; what comes later, as the repetition of a held
-# button, belongs to the next step.
-SOON_MICROSECONDS = 150_000
+# What the engine does by itself within this time is waited for, the longest being a triple click of 190 ms; what comes
+# later, as the repetition of a held button after 300 ms, belongs to the next step.
+SOON_MICROSECONDS = 200_000
 
 
 def now():
