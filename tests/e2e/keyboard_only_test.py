@@ -206,8 +206,7 @@ class KeyboardOnlyTest(PaneTestCase):
         wait_until(lambda: self.entry(self.document())["param"]["triggerTime"] == 5, "the file")
 
     def test_warning_is_read_and_left(self):
-        window = self.open_window()
-        self.desktop.simulation("SetAccessibility", False)
+        window = self.open_window(may_jump=False)
         self.open_page(window, "Pointer")
         box = "Jump to the default button of a dialog that opens"
         self.go_to(window, "the box", has_name(box))

@@ -35,8 +35,11 @@ class PaneTestCase(unittest.TestCase):
         self.desktop.__enter__()
         self.addCleanup(self.desktop.__exit__, None, None, None)
 
-    def open_window(self, *options):
+    def open_window(self, *options, may_jump=True):
+        """`may_jump` is what the helper says of moving the pointer from the first time that it is asked."""
         self.desktop.start_helper(TRACKBALL)
+        if not may_jump:
+            self.desktop.simulation("SetAccessibility", False)
         window = Window(self.desktop, *options)
         wait_until(lambda: window.shown("page tab", "Pointer"), "the pages of a connected trackball")
         window.wait_for_window(MAIN)
