@@ -74,9 +74,9 @@ def chosen(suite, part):
 def main(build, file, part=""):
     prepare()
     os.environ["VELTRIX_BUILD"] = build
-    specification = importlib.util.spec_from_file_location(pathlib.Path(file).stem, file)
-    module = importlib.util.module_from_spec(specification)
-    specification.loader.exec_module(module)
+    origin = importlib.util.spec_from_file_location(pathlib.Path(file).stem, file)
+    module = importlib.util.module_from_spec(origin)
+    origin.loader.exec_module(module)
     tests = list(chosen(unittest.defaultTestLoader.loadTestsFromModule(module), part))
     if not tests:
         print(f"no test is called {part}", file=sys.stderr)
