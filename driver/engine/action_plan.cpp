@@ -2,6 +2,7 @@
 
 #include <linux/input-event-codes.h>
 
+#include "driver/engine/scroll_commands.h"
 #include "keyboard/virtual_keys.h"
 
 namespace veltrix {
@@ -12,8 +13,6 @@ constexpr std::uint16_t kDoubleClick = 6;
 constexpr std::uint16_t kDragLock = 7;
 constexpr std::uint16_t kTripleClick = 8;
 constexpr std::uint16_t kKeystroke = 10;
-constexpr std::uint16_t kFirstScroll = 20;
-constexpr std::uint16_t kLastScroll = 23;
 constexpr std::uint16_t kFirstModeWhileHeld = 24;
 constexpr std::uint16_t kFirstModeOnOff = 27;
 constexpr std::uint16_t kLastModeOnOff = 29;
@@ -68,7 +67,7 @@ ActionPlan planOf(const RecordAction& action) noexcept {
     planClick(action, plan);
   else if (action.command == kKeystroke)
     planKey(action, plan);
-  else if (action.command >= kFirstScroll && action.command <= kLastScroll)
+  else if (isScroll(action.command))
     planScroll(action, plan);
   else if (action.command >= kFirstModeWhileHeld && action.command <= kLastModeOnOff)
     planMode(action.command, plan);

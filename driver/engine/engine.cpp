@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "driver/engine/scroll_commands.h"
+
 namespace veltrix {
 
 namespace {
@@ -12,12 +14,6 @@ constexpr Microseconds kLatestTime{std::int64_t{1} << 62};
 constexpr Microseconds kShortestTime{1};
 
 constexpr std::int16_t kPlainWheelLines = 3;
-constexpr std::uint16_t kScrollUp = 20;
-constexpr std::uint16_t kScrollRight = 23;
-
-constexpr bool isScroll(std::uint16_t command) {
-  return command >= kScrollUp && command <= kScrollRight;
-}
 
 // What an ordinary mouse does.
 DriverRecord plainRecord() noexcept {

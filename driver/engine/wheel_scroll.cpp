@@ -4,14 +4,10 @@
 #include <cstdlib>
 
 #include "driver/engine/scroll_amount.h"
+#include "driver/engine/scroll_commands.h"
 
 namespace veltrix {
 namespace {
-
-constexpr std::uint16_t kScrollUp = 20;
-constexpr std::uint16_t kScrollDown = 21;
-constexpr std::uint16_t kScrollLeft = 22;
-constexpr std::uint16_t kScrollRight = 23;
 
 // The ball scrolls a detent's amount for 3 mm. An inch is 25.4 mm; both are in tenths of a millimetre.
 constexpr std::int64_t kInchOfBall = 254;
@@ -23,10 +19,6 @@ std::int32_t linesOf(std::int16_t amount) noexcept {
   return lines == 0 ? 1 : std::abs(lines);
 }
 
-bool isScrollCommand(std::uint16_t command) noexcept {
-  return command >= kScrollUp && command <= kScrollRight;
-}
-
 }  // namespace
 
 WheelScroll::WheelScroll(const DeviceModel& model) noexcept
@@ -36,7 +28,7 @@ WheelScroll::WheelScroll(const DeviceModel& model) noexcept
 
 void WheelScroll::configure(const DriverRecord& record, const ScrollParameters& parameters) noexcept {
   const RecordAction& wheel = record.action[kWheelSlot];
-  const bool scrolls = isScrollCommand(wheel.command);
+  const bool scrolls = isScroll(wheel.command);
   fCommand = scrolls ? wheel.command : kScrollUp;
   fLines = scrolls ? linesOf(static_cast<std::int16_t>(wheel.argument)) : kUsualLines;
   const bool turned = (record.axisFlags & kInvertZ) != 0;
