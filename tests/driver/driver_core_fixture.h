@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "driver/driver_core.h"
+#include "tests/driver/driver_fakes.h"
+
+namespace veltrix {
+
+// A driver with a helper, two trackballs that can be plugged in, and no kernel.
+class DriverCoreTest : public testing::Test {
+ protected:
+  DriverCoreTest() {
+    core.setChannel(&channel);
+    core.helperArrived();
+  }
+
+  std::uint32_t plug(FakeTrackballState& state, const DeviceAddress& address = kSomeTrackball) {
+    return core.attach(std::make_unique<FakeTrackball>(state, address));
+  }
+
+  void apply(const DriverRecord& record = someRecord(), const DeviceAddress& address = kSomeTrackball) {
+    auto packet = makePacket<ApplyPacket>();
+    packet.device = address;
+    packet.record = record;
+    core.apply(packet);
+  }
+
+  void withdraw(const DeviceAddress& address = kSomeTrackball) {
+    auto packet = makePacket<WithdrawPacket>();
+    packet.device = address;
+    core.withdraw(packet);
+  }
+
+  void press(FakeTrackballState& state, std::uint8_t button, bool pressed = true) {
+    ASSERT_NE(state.listener, nullptr);
+    state.listener->frameCame(buttonFrame(loop.time, button, pressed));
+  }
+
+  // The conditions that the helper was told of since the last time, in their order.
+  std::vector<DeviceCondition> conditions() {
+    std::vector<DeviceCondition> result;
+    for (const auto& packet : channel.packets<DeviceStatePacket>())
+      result.push_back(static_cast<DeviceCondition>(packet.condition));
+    channel.clear();
+    return result;
+  }
+
+  FakeLoop loop;
+  FakeSink sink;
+  FakeModifiers modifiers;
+  FakeChannel channel;
+  FakeTrackballState ball;
+  FakeTrackballState other;
+  DriverCore core{loop, sink, modifiers};
+};
+
+}  // namespace veltrix
