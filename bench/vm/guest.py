@@ -199,6 +199,7 @@ def main(build, rounds, *packages):
     for number in range(int(rounds)):
         for kind in subjects:
             with uhid.Trackball(PRODUCT, PRODUCT_VERSION, name=TRACKBALL) as ball:
+                assert ball.node in evdev.nodes()  # or it would be taken for the pointer that is to come
                 subject = kind(ball)
                 subprocess.run(["udevadm", "settle", "-t", "30"], check=True)
                 figures[kind.name].append(measure(ball, subject))
