@@ -40,7 +40,7 @@ HelperOptions refuse(std::string error) {
 }  // namespace
 
 const char* const kHelperUsage =
-    "usage: VeltrixHelper [--simulate DEVICES] [--driver-socket PATH]\n"
+    "usage: VeltrixHelper [--simulate DEVICES] [--driver-socket PATH] [--no-keeper]\n"
     "\n"
     "Knows the connected trackballs, applies the settings to them and answers the settings window.\n"
     "Runs once in each session, until it gets SIGTERM or SIGINT.\n"
@@ -49,6 +49,7 @@ const char* const kHelperUsage =
     "                      hexadecimal, separated by commas (A1D0:2041:0107,A1D0:1020:0100); may be empty\n"
     "  --driver-socket PATH  where the driver listens; without it the installed one, and with simulated\n"
     "                        trackballs none\n"
+    "  --no-keeper           start no second process that starts the helper anew when it is killed\n"
     "  --help              show this text\n"
     "  --version           show the version\n"
     "\n"
@@ -66,6 +67,10 @@ HelperOptions parseHelperOptions(const std::vector<std::string>& arguments) {
     if (argument == "--version") {
       options.action = HelperOptions::Action::kShowVersion;
       return options;
+    }
+    if (argument == "--no-keeper") {
+      options.isKept = false;
+      continue;
     }
     OptionValue option;
     if (option.read(kSimulate, arguments, &i)) {

@@ -14,6 +14,7 @@ struct HelperOptions {
   Action action = Action::kRun;
   std::optional<std::vector<SimulatedDevice>> simulated;  // given: these instead of the real ones
   std::optional<std::string> driverSocket;                // given: there, even with simulated trackballs
+  bool isKept = true;                                     // a successor is to follow when it is killed
   std::string error;                                      // with kRefuse, one line
 };
 

@@ -61,7 +61,8 @@ Status startDriver(HelperService& service, const HelperOptions& options) {
 }
 
 // Everything is acquired first; then the names make it visible.
-int serve(const HelperOptions& options, sd_bus* bus, sd_event* loop, const bool* stopped) {
+int serve(const HelperOptions& options, const Keeper* keeper, sd_bus* bus, sd_event* loop,
+          const bool* stopped) {
   HelperCore core(settingsFilePath(), Bundle::standard().pathForResource("DefaultSettings", "plist"));
   std::unique_ptr<DeviceSource> source;
   std::unique_ptr<SimulationInterface> simulation;
@@ -88,13 +89,15 @@ int serve(const HelperOptions& options, sd_bus* bus, sd_event* loop, const bool*
   // Last, because a second helper that leaves must not take the driver from the first.
   if (const Status driver = startDriver(service, options); !driver)
     return complain(driver.error().message, kExitCannotStart);
+  if (keeper != nullptr)
+    keeper->keep();
   runEventLoop(loop, stopped);
   return *stopped ? kExitDone : complain("the session bus has gone", kExitNoBus);
 }
 
 }  // namespace
 
-int runHelper(const HelperOptions& options) {
+int runHelper(const HelperOptions& options, const Keeper* keeper) {
   bool stopped = false;
   const EventLoopHandle loop = makeEventLoop();
   if (loop == nullptr || !takeSignals(loop.get(), &stopped)) {
@@ -107,7 +110,7 @@ int runHelper(const HelperOptions& options) {
     return complain("cannot attach the session bus to the event loop", kExitCannotStart);
   }
   const std::unique_ptr<sd_bus, BusDetacher> attached(bus.value().get());
-  return serve(options, bus.value().get(), loop.get(), &stopped);
+  return serve(options, keeper, bus.value().get(), loop.get(), &stopped);
 }
 
 }  // namespace veltrix

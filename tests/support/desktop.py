@@ -189,8 +189,9 @@ class Desktop:
         return self.home / SETTINGS_FILE
 
     def start_helper(self, simulated=None):
-        """Starts the helper, with simulated trackballs unless `simulated` is None, and waits until it answers."""
-        options = [] if simulated is None else ["--simulate", simulated]
+        """Starts the helper, with simulated trackballs unless `simulated` is None, and waits until it answers. Nobody
+        starts it anew when a test kills it."""
+        options = ["--no-keeper"] if simulated is None else ["--no-keeper", "--simulate", simulated]
         process = self.start([self.helper_program, *options])
         wait_until(lambda: self.ctl("devices").returncode == 0, "the helper to answer")
         return process
@@ -217,11 +218,11 @@ class Desktop:
             raise AssertionError(done.stderr)
 
     def owner_of(self, bus_name):
-        """The process id, as text, that owns a name of the session bus."""
+        """The process id, as text, that owns a name of the session bus; None when nobody does."""
         done = self.run(["dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus",
                          "/org/freedesktop/DBus", "org.freedesktop.DBus.GetConnectionUnixProcessID",
                          f"string:{bus_name}"])
-        return done.stdout.split()[-1]
+        return done.stdout.split()[-1] if done.returncode == 0 else None
 
     def send_settings_changed(self):
         """Tells the helper that the file has changed, as the window does after a save."""

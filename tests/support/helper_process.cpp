@@ -61,7 +61,9 @@ std::unique_ptr<ChildProcess> HelperSession::launch(const std::vector<std::strin
 }
 
 void HelperSession::startHelper(const std::vector<std::string>& arguments) {
-  fHelper = launch(arguments);
+  std::vector<std::string> all(arguments);
+  all.emplace_back("--no-keeper");  // tests kill it and want it dead
+  fHelper = launch(all);
   fProcesses.setPid(fHelper->pid());
   VeltrixDeviceList list{};
   ASSERT_TRUE(waitUntil([&] { return VeltrixGetConnectedDevices(&list) == 0; })) << fHelper->output();
