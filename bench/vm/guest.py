@@ -34,10 +34,19 @@ def bench_program(name):
     return pathlib.Path(os.environ["VELTRIX_BUILD"]) / "bench" / name
 
 
+def device_of(node):
+    """Unlike the number of a node, that of its device is not used again."""
+    return (pathlib.Path("/sys/class/input") / pathlib.Path(node).name / "device").resolve().name
+
+
+def devices():
+    return {device_of(node) for node in evdev.nodes()}
+
+
 def new_pointer(known):
-    """The event node that was not there before."""
+    """The event node of a device that was not there before."""
     def found():
-        new = [node for node in evdev.nodes() if node not in known and moves(node)]
+        new = [node for node in evdev.nodes() if device_of(node) not in known and moves(node)]
         return new[0] if new else None
     return wait_until(found, "a virtual pointer", 30)
 
@@ -60,7 +69,7 @@ class Bare:
     name = "bare loop"
 
     def __init__(self, ball):
-        known = evdev.nodes()
+        known = devices()
         self._process = start([bench_program("bare_loop"), ball.node, "Bare Pointer"])
         self.pids = [self._process.pid]
         self.pointer = new_pointer(known)
@@ -92,7 +101,7 @@ class Interception:
     needs = "/usr/bin/interception"
 
     def __init__(self, ball):
-        known = evdev.nodes()
+        known = devices()
         self._reader = start(["interception", "-g", ball.node], stdout=subprocess.PIPE)
         self._writer = start(["uinput", "-d", ball.node], stdin=self._reader.stdout)
         self._reader.stdout.close()
@@ -113,7 +122,7 @@ class InputRemapper:
 
     def __init__(self, ball):
         self._prepare()
-        known = evdev.nodes()
+        known = devices()
         self._service = start(["input-remapper-service"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         wait_until(lambda: self._call("set_config_dir", "s", self.folder), "input-remapper", 60)
         self._call("start_injecting", "ss", TRACKBALL, "bench")
