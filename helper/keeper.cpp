@@ -93,8 +93,7 @@ void say(const FileDescriptor& line, char word) {
 }  // namespace
 
 std::chrono::milliseconds Keeper::delayAfter(unsigned deaths) {
-  constexpr unsigned kMostDoublings = 10;
-  return std::min(kLongestDelay, kFirstDelay * (1U << std::min(deaths, kMostDoublings)));
+  return std::min(kLongestDelay, kFirstDelay * (1 + static_cast<std::int64_t>(deaths)));
 }
 
 Result<Keeper> Keeper::start(const std::vector<std::string>& arguments) {

@@ -2,6 +2,7 @@
 import os
 import pathlib
 import random
+import signal
 import subprocess
 import sys
 import time
@@ -23,7 +24,8 @@ from waiting import wait_until  # noqa: E402
 from window import Window  # noqa: E402
 
 KEY_LEFTCTRL, KEY_LEFTALT, KEY_T = 29, 56, 20
-ROUNDS_WITH_HELPER, ROUNDS_WITH_DRIVER, ROUNDS_WITH_PANE = 30, 6, 6
+ROUNDS_WITH_HELPER, ROUNDS_WITH_DRIVER, ROUNDS_WITH_PANE = 20, 6, 6
+REPORTS_WITH_HUNG_HELPER = 100
 
 
 class ChainTest(PlainMouse, PaneTestCase):
@@ -93,17 +95,24 @@ class ChainTest(PlainMouse, PaneTestCase):
         if held:
             self.ball.release(*held)
 
-    def test_killed_helper_leaves_a_plain_mouse_and_its_successor_takes_it(self):
+    def helper_pid(self):
+        return self.desktop.owner_of("com.aldmoor.VeltrixHelper")
+
+    def test_killed_helper_leaves_a_plain_mouse_and_is_followed_by_another(self):
         chance = random.Random(5)
+        first = self.desktop.start([self.desktop.helper_program])
         for _ in range(ROUNDS_WITH_HELPER):
-            helper = self.desktop.start([self.desktop.helper_program])
             self.wait_for_taken()
+            pid = wait_until(self.helper_pid, "a helper", seconds=30)
             held = self.press_some(chance)
-            self.assert_plain_after(helper.kill, self.ball)
-            helper.wait()
+            self.assert_plain_after(lambda: os.kill(int(pid), signal.SIGKILL), self.ball)
+            first.poll()
             for reader in (self.driver.pointer, self.driver.keyboard):
                 wait_until(lambda: reader.pressed() == [], "the release of all keys and buttons")
             self.release_all(held)
+        self.wait_for_taken()
+        os.kill(int(self.helper_pid()), signal.SIGTERM)
+        wait_until(lambda: self.helper_pid() is None, "the last helper to end")
 
     def test_killed_driver_is_found_again_by_the_helper(self):
         chance = random.Random(6)
@@ -115,6 +124,24 @@ class ChainTest(PlainMouse, PaneTestCase):
             self.driver.restart()
             self.release_all(held)
         self.wait_for_taken()
+
+    def test_hung_helper_does_not_stop_the_events(self):
+        helper = self.desktop.start([self.desktop.helper_program, "--no-keeper"])
+        self.wait_for_taken()
+        self.driver.pointer.events()
+        helper.send_signal(signal.SIGSTOP)
+        try:
+            for _ in range(REPORTS_WITH_HUNG_HELPER):
+                self.ball.press(0)
+                self.assertEqual(self.driver.pointer.read(1), [(EV_KEY, evdev.BTN_MOUSE, 1)])
+                self.ball.report(x=1)
+                self.assertEqual(self.driver.pointer.read(1), [(EV_REL, evdev.REL_X, 1)])
+                self.ball.release(0)
+                self.assertEqual(self.driver.pointer.read(1), [(EV_KEY, evdev.BTN_MOUSE, 0)])
+        finally:
+            helper.send_signal(signal.SIGCONT)
+        wait_until(lambda: self.desktop.status() is not None, "the helper to answer again", seconds=30)
+        self.assertEqual(self.desktop.status()["DriverState"], "connected")
 
     def test_killed_window_changes_nothing(self):
         self.desktop.start([self.desktop.helper_program])

@@ -8,7 +8,7 @@ from case import DriverCase
 
 # A click, the key A, drag lock, the key S with a modifier key, a wheel.
 ACTIONS = {0: 1, 1: (10, 0, 0), 2: 7, 3: (10, 256, 1), 12: (20, 0, 3)}
-ROUNDS_WITH_DRIVER, ROUNDS_WITH_HELPER = 60, 100
+ROUNDS_WITH_DRIVER, ROUNDS_WITH_HELPER = 65, 105
 
 
 class KillTest(DriverCase):
