@@ -46,7 +46,13 @@ struct CompositorAttempt {
   const char* text;
 };
 
-using BusArgument = std::variant<std::monostate, bool, std::int32_t, std::uint32_t, const char*>;
+// A dictionary of options with one of them.
+struct BusOptions {
+  const char* key;
+  bool value;
+};
+
+using BusArgument = std::variant<std::monostate, bool, std::int32_t, std::uint32_t, const char*, BusOptions>;
 inline constexpr std::size_t kMostBusArguments = 3;
 
 struct BusAttempt {
@@ -57,6 +63,8 @@ struct BusAttempt {
   const char* interface;
   const char* method;
   std::array<BusArgument, kMostBusArguments> arguments{};  // up to the first empty one
+  bool starts = false;                                     // the service, when it does not run yet
+  bool asksPerson = false;  // the answer may have to wait until somebody has agreed
 };
 
 // Of the media player that was active last.
@@ -65,7 +73,7 @@ struct PlayerAttempt {
   std::int64_t offset = 0;  // microseconds, of Seek
 };
 
-inline constexpr std::size_t kMostProgramArguments = 5;
+inline constexpr std::size_t kMostProgramArguments = 6;
 
 // A program that is looked for in PATH; there is no shell.
 struct ProgramAttempt {
@@ -77,6 +85,8 @@ struct SettingAttempt {
   const char* schema;
   const char* key;
   double step = 0;  // 0 turns a boolean over
+  double least = 0;
+  double most = 0;  // a moved number is kept between these, both included
 };
 
 // What is opened without a choice of the user's.
