@@ -23,14 +23,15 @@ has_systemd() { [ -d /run/systemd/system ]; }
 # Every file that was put in place, one a line, itself included.
 list_below() { echo "$1/lib/veltrix/installed-files"; }
 
-# Removes the files that the input names, and folders below the prefix that are empty then, its first level aside.
+# Removes the files that the input names, and folders below the prefix that are empty then, its first level and the
+# folder of manual pages aside, which systems have from the start.
 remove_files() {
   local prefix=$1 files folder
   mapfile -t files
   [ ${#files[@]} -gt 0 ] || return 0
   rm -f -- "${files[@]}"
   printf '%s\n' "${files[@]%/*}" | sort -ru | while IFS= read -r folder; do
-    while [[ $folder == "$prefix"/*/* ]] && rmdir -- "$folder" 2>/dev/null; do folder=${folder%/*}; done
+    while [[ $folder == "$prefix"/*/* && $folder != "$prefix/share/man" ]] && rmdir -- "$folder" 2>/dev/null; do folder=${folder%/*}; done
   done
 }
 
