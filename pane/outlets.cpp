@@ -1,5 +1,6 @@
 #include "pane/outlets.h"
 
+#include <QEvent>
 #include <QFont>
 #include <QGridLayout>
 #include <QScrollArea>
@@ -103,6 +104,21 @@ void finishDriverSheet(const Ui::VeltrixDriverSheet& sheet) {
   sheet.driverLayout->setSpacing(line);
 }
 
+// Keeps a page as high as its texts need at its width, so that it scrolls before it squeezes them: a scroll
+// area asks a page for its least height alone, which is that of texts without line breaks.
+class PageHeight : public QObject {
+ public:
+  explicit PageHeight(QWidget* page) : QObject(page) { page->installEventFilter(this); }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest) {
+      auto* const page = static_cast<QWidget*>(watched);
+      page->setMinimumHeight(page->layout()->minimumHeightForWidth(page->width()));
+    }
+    return false;
+  }
+};
+
 // The tab's own background shows through, and margins, rows and columns keep a distance that grows with the
 // font.
 void finishPage(QScrollArea* page) {
@@ -114,6 +130,7 @@ void finishPage(QScrollArea* page) {
   if (auto* grid = qobject_cast<QGridLayout*>(rows)) {
     grid->setSpacing(line * 2 / 3);
   }
+  new PageHeight(page->widget());
 }
 
 // The pages were made after the button below them, so that Tab would lead to it first.

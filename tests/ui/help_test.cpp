@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTest>
 #include <cstring>
 
@@ -43,6 +44,25 @@ TEST_F(HelpTest, LinksAreLinkButtonsThatSayWhereTheyLead) {
   openHelp();
   EXPECT_EQ(find<VeltrixHyperlinkButton>("buttonWebSite")->toolTip(), kProductUrl);
   EXPECT_EQ(find<VeltrixHyperlinkButton>("buttonSupport")->toolTip(), kSupportUrl);
+}
+
+TEST_F(HelpTest, PageInALowWindowScrollsInsteadOfSqueezingItsTexts) {
+  openPane();
+  plugAndPoll({{0x1020, 0x0100}, {0x2041, 0x0107}, {0x8002, 0x0203}});
+  openRootTab(4);
+  QWidget* const view = pane->mainView();
+  view->show();
+  for (const int width : {900, 500, 400}) {
+    view->resize(width, 300);
+    QTest::qWait(0);
+    const QWidget* const page = find<QScrollArea>("VeltrixHelpTabScroll")->widget();
+    for (const QLabel* label : page->findChildren<QLabel*>()) {
+      if (label->isVisible()) {
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+            << qPrintable(label->objectName()) << width;
+      }
+    }
+  }
 }
 
 TEST_F(HelpTest, UninstallButtonOpensTheUninstaller) {
