@@ -2,30 +2,16 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <string_view>
 
+#include "platform/compose_table.h"
 #include "platform/text_encoding.h"
 
 namespace veltrix::xkb {
 namespace {
 
-constexpr const char* kEnglish = "en_US.UTF-8";
-
 bool beginsSequence(xkb_keysym_t keysym) {
   return keysym == XKB_KEY_Multi_key || (keysym >= XKB_KEY_dead_grave && keysym <= XKB_KEY_dead_greek);
-}
-
-// The locale of the user's characters. The one called C has a table of its own, but for another encoding.
-std::string userLocale() {
-  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    const char* value = std::getenv(variable);
-    if (value != nullptr && *value != '\0') {
-      const std::string_view locale = value;
-      return locale == "C" || locale == "POSIX" ? kEnglish : std::string(locale);
-    }
-  }
-  return kEnglish;
 }
 
 }  // namespace
@@ -33,12 +19,9 @@ std::string userLocale() {
 bool DeadKeys::load() {
   if (!fLoaded) {
     fLoaded = true;
-    for (const auto& locale : {userLocale(), std::string(kEnglish)}) {
-      fTable.reset(xkb_compose_table_new_from_locale(fContext, locale.c_str(), XKB_COMPOSE_COMPILE_NO_FLAGS));
-      if (fTable) {
-        fState.reset(xkb_compose_state_new(fTable.get(), XKB_COMPOSE_STATE_NO_FLAGS));
-        break;
-      }
+    fTable = composeTableOf(fContext, composeLocale());
+    if (fTable) {
+      fState.reset(xkb_compose_state_new(fTable.get(), XKB_COMPOSE_STATE_NO_FLAGS));
     }
   }
   return fState != nullptr;

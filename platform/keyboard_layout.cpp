@@ -1,8 +1,6 @@
 #include "platform/keyboard_layout.h"
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <utility>
 
 #include "platform/key_characters.h"
@@ -14,29 +12,6 @@ namespace {
 
 constexpr std::uint8_t kShortcutModifiers = 0x01 | 0x10;  // Command and Control
 
-// Keyboard data that is not in order shows in what is not found; there is nobody to tell on the way. The
-// library's own way of reading variables is turned off, so that a layout by name is the same everywhere.
-xkb::Context makeContext() {
-  xkb::Context context(xkb_context_new(XKB_CONTEXT_NO_ENVIRONMENT_NAMES));
-  if (context) {
-    xkb_context_set_log_fn(context.get(), [](xkb_context*, xkb_log_level, const char*, va_list) {});
-  }
-  return context;
-}
-
-std::optional<LayoutNames> namesInFile(const std::string& path) {
-  constexpr std::streamsize kMostBytes = 65536;
-  std::ifstream file(path, std::ios::binary);
-  std::string text(kMostBytes, '\0');
-  file.read(text.data(), kMostBytes);
-  text.resize(static_cast<std::size_t>(file.gcount()));
-  return readLayoutNames(text);
-}
-
-LayoutNames onlyLayout(std::string layout) {
-  return {.model = "", .layout = std::move(layout), .variant = "", .options = ""};
-}
-
 xkb::FoundKeymap findKeymap(xkb_context* context, const KeyboardSources& sources) {
   xkb::FoundKeymap found;
   if (!sources.xDisplay.empty()) {
@@ -45,18 +20,8 @@ xkb::FoundKeymap findKeymap(xkb_context* context, const KeyboardSources& sources
   if (!found.keymap && !sources.waylandDisplay.empty()) {
     found = xkb::keymapOfWaylandSeat(context, sources.waylandDisplay);
   }
-  if (!found.keymap && sources.environment) {
-    found = xkb::keymapOfNames(context, *sources.environment);
-  }
-  if (!found.keymap && !sources.defaultsFile.empty()) {
-    if (const auto names = namesInFile(sources.defaultsFile)) {
-      found = xkb::keymapOfNames(context, *names);
-    }
-  }
-  if (!found.keymap) {
-    found = xkb::keymapOfNames(context, onlyLayout(xkb::kAmericanLayout));
-  }
-  return found;
+  return found.keymap ? std::move(found)
+                      : xkb::keymapOfSystem(context, sources.environment, sources.defaultsFile);
 }
 
 std::string variable(const char* name) {
@@ -65,16 +30,6 @@ std::string variable(const char* name) {
 }
 
 }  // namespace
-
-namespace xkb {
-
-FoundKeymap keymapOfNames(xkb_context* context, const LayoutNames& names) {
-  const xkb_rule_names rules{nullptr, names.model.c_str(), names.layout.c_str(), names.variant.c_str(),
-                             names.options.c_str()};
-  return {Keymap(xkb_keymap_new_from_names(context, &rules, XKB_KEYMAP_COMPILE_NO_FLAGS)), 0};
-}
-
-}  // namespace xkb
 
 KeyboardSources KeyboardSources::ofSystem() {
   return {variable("DISPLAY"), variable("WAYLAND_DISPLAY"), layoutNamesOfEnvironment(),
@@ -87,7 +42,7 @@ KeyboardLayout& KeyboardLayout::operator=(KeyboardLayout&&) noexcept = default;
 KeyboardLayout::~KeyboardLayout() = default;
 
 Result<KeyboardLayout> KeyboardLayout::current(const KeyboardSources& sources) {
-  auto context = makeContext();
+  auto context = xkb::makeContext();
   auto found = context ? findKeymap(context.get(), sources) : xkb::FoundKeymap();
   if (!found.keymap) {
     return Error{0, "the system's keyboard data holds no layout", {}};
@@ -98,15 +53,15 @@ Result<KeyboardLayout> KeyboardLayout::current(const KeyboardSources& sources) {
 Result<KeyboardLayout> KeyboardLayout::named(std::string_view name) {
   const Error unknown{0, "there is no keyboard layout \"" + std::string(name) + "\"", {}};
   const auto names = parseLayoutName(name);
-  auto context = makeContext();
+  auto context = xkb::makeContext();
   if (!names || !context) {
     return unknown;
   }
   auto found = xkb::keymapOfNames(context.get(), *names);
   if (!found.keymap && names->variant.empty()) {
-    LayoutNames american = onlyLayout(xkb::kAmericanLayout);
-    american.variant = names->layout;
-    found = xkb::keymapOfNames(context.get(), american);
+    found = xkb::keymapOfNames(
+        context.get(),
+        {.model = "", .layout = xkb::kAmericanLayout, .variant = names->layout, .options = ""});
   }
   if (!found.keymap) {
     return unknown;

@@ -48,7 +48,4 @@ class LayoutKeys {
   bool fTriedAmerican = false;
 };
 
-// The layout that others fall back on.
-inline constexpr const char* kAmericanLayout = "us";
-
 }  // namespace veltrix::xkb
