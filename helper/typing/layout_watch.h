@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "helper/reconnect_delay.h"
+#include "helper/typing/keyboard_model.h"
+#include "helper/typing/wayland_layout.h"
+#include "helper/typing/x11_layout.h"
+#include "platform/event_loop.h"
+#include "platform/keyboard_layout.h"
+
+namespace veltrix {
+
+// Knows the layout of the moment: that of the Wayland compositor, else of the X server with its group, else
+// the one by the system's names. A display that is not there, or goes away, is tried again when somebody
+// wants the layout. Nothing waits for a compositor; until it has told its keymap the system's counts.
+class LayoutWatch {
+ public:
+  // Connects at once. The loop must outlive the object.
+  LayoutWatch(sd_event* loop, KeyboardSources sources = KeyboardSources::ofSystem());
+  LayoutWatch(const LayoutWatch&) = delete;
+  LayoutWatch& operator=(const LayoutWatch&) = delete;
+
+  // Made when the layout has changed since the last call; valid until the next one. Null when there is no
+  // keyboard data at all.
+  const KeyboardModel* current();
+
+ private:
+  void connect();
+  xkb::FoundKeymap keymapOfNow() const;
+  std::uint64_t now() const;
+
+  sd_event* fLoop;
+  KeyboardSources fSources;
+  xkb::Context fContext;
+  bool fIsStale = true;
+  WaylandLayout fWayland;
+  X11Layout fX11;
+  ReconnectDelay fDelay;
+  std::uint64_t fNextAttempt = 0;  // of the loop's monotonic clock, in microseconds
+  std::optional<KeyboardModel> fModel;
+};
+
+}  // namespace veltrix
