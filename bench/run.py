@@ -77,6 +77,10 @@ def keyboard_figures(table, desktop):
     table.add("key tables of a layout", f"{figures['BM_KeyTables'] / 1e3:.0f} µs")
     table.add("characters of all keys, for names", f"{figures['BM_KeyNames'] / 1e3:.0f} µs")
     table.add("read a layout by name", f"{figures['BM_ReadLayout'] / 1e6:.1f} ms")
+    table.add("keys of a keymap, after a change of the layout", f"{figures['BM_MakeKeyboardModel'] / 1e3:.0f} µs")
+    table.add("the same with the characters of its dead keys", f"{figures['BM_FirstCharacter'] / 1e6:.1f} ms")
+    table.add("keys of a shortcut", f"{figures['BM_KeysOfAShortcut'] / 1e3:.1f} µs")
+    table.add("plan to type 1000 characters", f"{figures['BM_PlanThousandCharacters'] / 1e3:.0f} µs")
 
 
 def engine_figures(table, desktop):
