@@ -28,7 +28,8 @@ void checkLanguage(const veltrix::DesktopEntry& entry, const veltrix::DesktopEnt
   require(translated.arguments == entry.arguments && translated.type == entry.type &&
           translated.tryExec == entry.tryExec && translated.onlyShowIn == entry.onlyShowIn &&
           translated.notShowIn == entry.notShowIn && translated.hidden == entry.hidden &&
-          translated.noDisplay == entry.noDisplay && translated.busActivatable == entry.busActivatable);
+          translated.noDisplay == entry.noDisplay && translated.busActivatable == entry.busActivatable &&
+          translated.terminal == entry.terminal && translated.folder == entry.folder);
   require(translated.name.has_value() || !entry.name.has_value());
 }
 

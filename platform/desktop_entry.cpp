@@ -4,22 +4,14 @@
 #include <utility>
 
 #include "platform/desktop_entry_values.h"
+#include "platform/key_file.h"
 
 namespace veltrix {
 
 namespace {
 
-constexpr std::string_view kGroup = "[Desktop Entry]";
-constexpr std::string_view kBlanks = " \t\r";
+constexpr std::string_view kGroup = "Desktop Entry";
 constexpr std::string_view kQuotedByBackslash = "\"`$\\";  // inside the quotes of Exec
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 // Splits the text of Exec into its arguments.
 class ExecReader {
@@ -104,18 +96,12 @@ std::string quotedForExec(std::string_view argument) {
   return text + '"';
 }
 
-// Takes the values of one entry, line after line.
+// Takes the values of one entry, one after the other.
 class EntryReader {
  public:
   explicit EntryReader(std::string_view language) : fLanguage(language) {}
 
-  void takeLine(std::string_view line) {
-    const std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos) {
-      return;
-    }
-    std::string_view key = trimmed(line.substr(0, equals));
-    const std::string_view value = trimmed(line.substr(equals + 1));
+  void take(std::string_view key, std::string_view value) {
     const std::size_t bracket = key.find('[');
     if (bracket == std::string_view::npos) {
       takePlain(key, value);
@@ -144,6 +130,10 @@ class EntryReader {
       fEntry.notShowIn = unescapedList(value);
     } else if (key == "Hidden") {
       fEntry.hidden = value == "true";
+    } else if (key == "Terminal") {
+      fEntry.terminal = value == "true";
+    } else if (key == "Path") {
+      fEntry.folder = unescapedValue(value);
     } else if (key == "NoDisplay") {
       fEntry.noDisplay = value == "true";
     } else if (key == "DBusActivatable") {
@@ -183,22 +173,13 @@ class EntryReader {
 
 DesktopEntry readDesktopEntry(std::string_view bytes, std::string_view language) {
   EntryReader reader(language);
-  bool inGroup = false;
-  while (!bytes.empty()) {
-    const std::size_t end = bytes.find('\n');
-    const std::string_view line = trimmed(bytes.substr(0, end));
-    bytes.remove_prefix(end == std::string_view::npos ? bytes.size() : end + 1);
-    if (line.starts_with('[')) {
-      inGroup = line == kGroup;
-    } else if (inGroup && !line.starts_with('#')) {
-      reader.takeLine(line);
-    }
-  }
+  readKeyFileGroup(bytes, kGroup,
+                   [&reader](std::string_view key, std::string_view value) { reader.take(key, value); });
   return reader.takeEntry();
 }
 
 std::string writeAutostartEntry(std::string_view name, std::string_view program) {
-  std::string text(kGroup);
+  std::string text = "[" + std::string(kGroup) + "]";
   text += "\nType=Application\nName=" + escapedValue(name);
   text += "\nExec=" + escapedValue(quotedForExec(program));
   text += "\nTryExec=" + escapedValue(program);

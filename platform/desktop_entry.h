@@ -15,11 +15,13 @@ struct DesktopEntry {
   std::string comment;
   std::string icon;  // a path or the name in the icon theme
   std::string tryExec;
+  std::string folder;  // where the program wants to run
   std::vector<std::string> keywords;
   std::vector<std::string> onlyShowIn;  // names of desktops
   std::vector<std::string> notShowIn;
   bool hidden = false;          // counts as if it were not there
   bool noDisplay = false;       // not for menus
+  bool terminal = false;        // runs in a terminal
   bool busActivatable = false;  // started over the session bus; Exec may be missing
 };
 

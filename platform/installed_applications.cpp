@@ -137,6 +137,9 @@ InstalledApplication makeApplication(const EntryFile& file, DesktopEntry entry) 
   application.icon = std::move(entry.icon);
   application.arguments = std::move(entry.arguments);
   application.path = file.path;
+  application.folder = std::move(entry.folder);
+  application.terminal = entry.terminal;
+  application.busActivatable = entry.busActivatable;
   return application;
 }
 

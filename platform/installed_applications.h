@@ -16,8 +16,11 @@ struct InstalledApplication {
   std::string comment;
   std::vector<std::string> keywords;
   std::string icon;                    // a path or the name in the icon theme; empty for none
-  std::vector<std::string> arguments;  // the program first; empty when it is started over the session bus
+  std::vector<std::string> arguments;  // the program first; empty when only the session bus starts it
   std::string path;                    // of the entry
+  std::string folder;                  // where the program wants to run; empty for anywhere
+  bool terminal = false;               // the program runs in a terminal
+  bool busActivatable = false;         // the session bus starts it, by the identifier
 };
 
 // The applications that this desktop shows in its menus, in the order of their names in the process's

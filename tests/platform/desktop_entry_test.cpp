@@ -61,6 +61,13 @@ TEST(ReadDesktopEntry, TakesWhatMenusWantToKnow) {
   EXPECT_TRUE(entry.hidden && entry.noDisplay && entry.busActivatable);
 }
 
+TEST(ReadDesktopEntry, TakesHowTheProgramWantsToRun) {
+  const DesktopEntry entry = readDesktopEntry("[Desktop Entry]\nTerminal=true\nPath=/srv/a\\sb\n");
+  EXPECT_TRUE(entry.terminal);
+  EXPECT_EQ(entry.folder, "/srv/a b");
+  EXPECT_FALSE(readDesktopEntry("[Desktop Entry]\nName=Sums\n").terminal);
+}
+
 TEST(ReadDesktopEntry, OnlyTheWordTrueIsTrue) {
   for (const char* value : {"false", "True", "1", "", "true false"}) {
     EXPECT_FALSE(readDesktopEntry(std::string("[Desktop Entry]\nHidden=") + value + "\n").hidden) << value;

@@ -60,6 +60,14 @@ TEST_F(InstalledApplicationsTest, CarriesWhatAnEntrySays) {
   EXPECT_EQ(all[0].path, home / "own/sums.desktop");
 }
 
+TEST_F(InstalledApplicationsTest, CarriesHowItIsStarted) {
+  add("own/sums.desktop", entry("Sums", "Terminal=true\nPath=/srv\nDBusActivatable=true\n"));
+  const auto sums = installedApplication("sums", search);
+  ASSERT_TRUE(sums);
+  EXPECT_TRUE(sums->terminal && sums->busActivatable);
+  EXPECT_EQ(sums->folder, "/srv");
+}
+
 TEST_F(InstalledApplicationsTest, AreInTheOrderOfTheirNamesAndThenOfTheirIdentifiers) {
   add("own/z.desktop", entry("Alpha"));
   add("own/c.desktop", entry("Beta"));
