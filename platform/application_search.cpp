@@ -16,30 +16,6 @@ std::string environment(const char* name) {
   return value != nullptr ? value : "";
 }
 
-// The items of a text that colons divide, without empty ones.
-std::vector<std::string> colonList(std::string_view text) {
-  std::vector<std::string> items;
-  while (!text.empty()) {
-    const std::string_view item = text.substr(0, text.find(':'));
-    if (!item.empty()) {
-      items.emplace_back(item);
-    }
-    text.remove_prefix(item.size() == text.size() ? text.size() : item.size() + 1);
-  }
-  return items;
-}
-
-// Relative folders would mean something else wherever the process happens to stand.
-std::vector<std::string> absoluteFolders(std::string_view text) {
-  std::vector<std::string> folders;
-  for (const std::string& item : colonList(text)) {
-    if (item.starts_with('/')) {
-      folders.push_back(withoutFinalSlashes(item));
-    }
-  }
-  return folders;
-}
-
 std::string userDataFolder() {
   const std::string configured = environment("XDG_DATA_HOME");
   if (configured.starts_with('/')) {

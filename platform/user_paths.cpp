@@ -5,7 +5,7 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <vector>
+#include <utility>
 
 #include "util/path_text.h"
 
@@ -31,6 +31,28 @@ std::string homeFromPasswordDatabase() {
 
 }  // namespace
 
+std::vector<std::string> colonList(std::string_view text) {
+  std::vector<std::string> items;
+  while (!text.empty()) {
+    const std::string_view item = text.substr(0, text.find(':'));
+    if (!item.empty()) {
+      items.emplace_back(item);
+    }
+    text.remove_prefix(item.size() == text.size() ? text.size() : item.size() + 1);
+  }
+  return items;
+}
+
+std::vector<std::string> absoluteFolders(std::string_view text) {
+  std::vector<std::string> folders;
+  for (const std::string& item : colonList(text)) {
+    if (item.starts_with('/')) {
+      folders.push_back(withoutFinalSlashes(item));
+    }
+  }
+  return folders;
+}
+
 std::string homeDirectory() {
   std::string home = pathFromEnvironment("HOME");
   return withoutFinalSlashes(home.empty() ? homeFromPasswordDatabase() : home);
@@ -46,6 +68,18 @@ std::string configDirectory() {
     return "";
   }
   return home == "/" ? "/.config" : home + "/.config";
+}
+
+std::vector<std::string> configDirectories() {
+  std::vector<std::string> folders;
+  if (std::string own = configDirectory(); !own.empty()) {
+    folders.push_back(std::move(own));
+  }
+  const char* const shared = std::getenv("XDG_CONFIG_DIRS");
+  const bool isSet = shared != nullptr && *shared != '\0';
+  const auto others = absoluteFolders(isSet ? shared : "/etc/xdg");
+  folders.insert(folders.end(), others.begin(), others.end());
+  return folders;
 }
 
 std::string abbreviatedPath(const std::string& path) {

@@ -48,6 +48,22 @@ TEST(ConfigDirectory, LiesInTheHomeFolderOtherwise) {
   }
 }
 
+TEST(ConfigDirectories, BeginWithTheUsers) {
+  const ScopedEnvironment home("HOME", "/home/anna");
+  const ScopedEnvironment own("XDG_CONFIG_HOME", std::nullopt);
+  const ScopedEnvironment shared("XDG_CONFIG_DIRS", "/etc/xdg-gnome/:relative::/etc/xdg");
+  EXPECT_EQ(configDirectories(),
+            (std::vector<std::string>{"/home/anna/.config", "/etc/xdg-gnome", "/etc/xdg"}));
+}
+
+TEST(ConfigDirectories, HaveAUsualOneBehindTheUsers) {
+  const ScopedEnvironment own("XDG_CONFIG_HOME", "/config");
+  for (const auto& value : {std::optional<std::string>(), std::optional<std::string>("")}) {
+    const ScopedEnvironment shared("XDG_CONFIG_DIRS", value);
+    EXPECT_EQ(configDirectories(), (std::vector<std::string>{"/config", "/etc/xdg"}));
+  }
+}
+
 TEST(AbbreviatedPath, StartsWithATildeInTheHomeFolder) {
   const ScopedEnvironment home("HOME", "/home/anna/");
   EXPECT_EQ(abbreviatedPath("/home/anna/notes.txt"), "~/notes.txt");
