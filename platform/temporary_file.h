@@ -23,6 +23,9 @@ class TemporaryFile {
   // With mode 0600, under a name that nobody can foresee.
   int create();
 
+  // In its folder, once it has been made and as long as it has no other.
+  const char* name() const { return fName.data(); }
+
   int write(std::string_view bytes) const;
 
   // Owner and group as far as this process may set them, and the mode.
