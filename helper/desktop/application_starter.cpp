@@ -1,0 +1,39 @@
+#include "helper/desktop/application_starter.h"
+
+#include <cerrno>
+#include <utility>
+
+#include "helper/desktop/one_line.h"
+#include "helper/desktop/place_table.h"
+
+namespace veltrix {
+
+void ApplicationStarter::start(const InstalledApplication& application, ProgramStarter::Exit ended) {
+  if (!application.busActivatable || application.identifier.empty()) {
+    ended(startProgramOf(application));
+    return;
+  }
+  fActivation.activate(application.identifier,
+                       [this, application, ended = std::move(ended)](const Status& status) {
+                         const bool known = status.ok() || status.error().code == ETIMEDOUT;
+                         ended(known || application.arguments.empty() ? status : startProgramOf(application));
+                       });
+}
+
+Status ApplicationStarter::startProgramOf(const InstalledApplication& application) {
+  Program program;
+  program.arguments = application.arguments;
+  program.folder = application.folder;
+  if (application.arguments.empty()) {
+    return Error{ENOEXEC, oneLine(application.name) + " names no program", {}};
+  }
+  if (application.terminal) {
+    program.arguments = terminalArguments(fDesktop, application.arguments);
+    if (program.arguments.empty()) {
+      return Error{ENOENT, "there is no terminal for " + oneLine(application.name), {}};
+    }
+  }
+  return fStarter.start(program);
+}
+
+}  // namespace veltrix
