@@ -8,8 +8,10 @@
 namespace veltrix {
 
 void DeviceHub::nodeAdded(const std::string& id, const InputNode& node) noexcept {
-  if (node.kind == InputNode::Kind::kKeyboard)
+  if (node.kind == InputNode::Kind::kKeyboard) {
+    fKeyPresses.add(id, node.path);
     return fKeyboards.add(id, node.path);
+  }
   const DeviceAddress& address = node.address;
   const std::uint32_t number = fCore.attach(std::make_unique<TrackballDevice>(fLoop, address, node.path));
   fNumbers[id] = number;
@@ -19,6 +21,7 @@ void DeviceHub::nodeAdded(const std::string& id, const InputNode& node) noexcept
 
 void DeviceHub::nodeRemoved(const std::string& id) noexcept {
   fKeyboards.remove(id);
+  fKeyPresses.remove(id);
   const auto trackball = fNumbers.find(id);
   if (trackball == fNumbers.end())
     return;

@@ -6,6 +6,7 @@
 
 #include "driver/device_monitor.h"
 #include "driver/driver_core.h"
+#include "driver/key_press_watch.h"
 #include "driver/keyboard_watch.h"
 
 namespace veltrix {
@@ -14,8 +15,8 @@ namespace veltrix {
 class DeviceHub final : public InputNodeListener {
  public:
   // All must outlive the hub.
-  DeviceHub(PollLoop& loop, DriverCore& core, KeyboardWatch& keyboards) noexcept
-      : fLoop(loop), fCore(core), fKeyboards(keyboards) {}
+  DeviceHub(PollLoop& loop, DriverCore& core, KeyboardWatch& keyboards, KeyPressWatch& keyPresses) noexcept
+      : fLoop(loop), fCore(core), fKeyboards(keyboards), fKeyPresses(keyPresses) {}
 
   void nodeAdded(const std::string& id, const InputNode& node) noexcept override;
   void nodeRemoved(const std::string& id) noexcept override;
@@ -24,6 +25,7 @@ class DeviceHub final : public InputNodeListener {
   PollLoop& fLoop;
   DriverCore& fCore;
   KeyboardWatch& fKeyboards;
+  KeyPressWatch& fKeyPresses;
   std::map<std::string, std::uint32_t> fNumbers;  // of the trackballs, by id
 };
 

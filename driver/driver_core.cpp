@@ -7,8 +7,9 @@
 
 namespace veltrix {
 
-DriverCore::DriverCore(const PollLoop& loop, EventSink& sink, ModifierSource& modifiers) noexcept
-    : fLoop(loop), fSink(sink), fModifiers(modifiers), fMixer(sink) {}
+DriverCore::DriverCore(const PollLoop& loop, EventSink& sink, ModifierSource& modifiers,
+                       KeyPressSource& keyPresses) noexcept
+    : fLoop(loop), fSink(sink), fModifiers(modifiers), fKeyPresses(keyPresses), fMixer(sink) {}
 
 std::uint32_t DriverCore::attach(std::unique_ptr<Trackball> trackball) {
   SessionHost& host = *this;
@@ -63,6 +64,14 @@ bool DriverCore::typeKeys(const TypeKeysPacket& packet) noexcept {
   else if (fTypist.deadline() <= fLoop.now())
     typeWhatIsDue(fLoop.now());
   return true;
+}
+
+void DriverCore::stopTyping() noexcept {
+  while (const auto answer = fTypist.stop()) tell(*answer);
+  Output& events = output();
+  fTypist.releaseStopped(events);
+  watchKeysNoLonger();
+  write(events);
 }
 
 void DriverCore::movePointer(const MovePointerPacket& packet) noexcept {
@@ -166,8 +175,11 @@ void DriverCore::settleAll() noexcept {
 }
 
 void DriverCore::typeWhatIsDue(Microseconds now) noexcept {
+  if (isStoppedByKey())
+    return stopTyping();
   Output& events = output();
   const auto answer = fTypist.expire(now, events);
+  watchKeysNoLonger();
   // The step was not carried out when it could not be written, yet its packet may be answered already.
   if (!write(events) && answer) {
     auto failed = *answer;
@@ -180,6 +192,25 @@ void DriverCore::typeWhatIsDue(Microseconds now) noexcept {
 
 void DriverCore::giveUpTyping(TypingOutcome outcome) noexcept {
   while (const auto answer = fTypist.giveUp(outcome)) tell(*answer);
+  watchKeysNoLonger();
+}
+
+// The packets of one text follow each other without a gap, so that its keys count from its beginning on.
+bool DriverCore::isStoppedByKey() noexcept {
+  if (!fTypist.isStoppable())
+    return false;
+  if (!fWatchesKeys)
+    fKeyPresses.begin();
+  fWatchesKeys = true;
+  return fKeyPresses.keyWentDown();
+}
+
+// Unless the next step is of a text as well.
+void DriverCore::watchKeysNoLonger() noexcept {
+  if (!fWatchesKeys || fTypist.isStoppable())
+    return;
+  fKeyPresses.end();
+  fWatchesKeys = false;
 }
 
 void DriverCore::tellCondition(const TrackballSession& session) noexcept {

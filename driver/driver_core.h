@@ -6,6 +6,7 @@
 
 #include "driver/event_sink.h"
 #include "driver/helper_channel.h"
+#include "driver/key_press_source.h"
 #include "driver/key_typist.h"
 #include "driver/modifier_source.h"
 #include "driver/output_mixer.h"
@@ -20,7 +21,8 @@ namespace veltrix {
 class DriverCore final : public HelperRequests, public ModifierListener, private SessionHost {
  public:
   // All must outlive the core; of the loop only the time is used.
-  DriverCore(const PollLoop& loop, EventSink& sink, ModifierSource& modifiers) noexcept;
+  DriverCore(const PollLoop& loop, EventSink& sink, ModifierSource& modifiers,
+             KeyPressSource& keyPresses) noexcept;
 
   // To whom it speaks; null for nobody.
   void setChannel(HelperChannel* channel) noexcept { fChannel = channel; }
@@ -38,6 +40,7 @@ class DriverCore final : public HelperRequests, public ModifierListener, private
   void apply(const ApplyPacket& packet) noexcept override;
   void withdraw(const WithdrawPacket& packet) noexcept override;
   bool typeKeys(const TypeKeysPacket& packet) noexcept override;
+  void stopTyping() noexcept override;
   void movePointer(const MovePointerPacket& packet) noexcept override;
   void monitor(bool wanted) noexcept override { fMonitored = wanted; }
   void helperGone() noexcept override;
@@ -59,6 +62,8 @@ class DriverCore final : public HelperRequests, public ModifierListener, private
   void settleAll() noexcept;
   void typeWhatIsDue(Microseconds now) noexcept;
   void giveUpTyping(TypingOutcome outcome) noexcept;
+  bool isStoppedByKey() noexcept;
+  void watchKeysNoLonger() noexcept;
   void tellCondition(const TrackballSession& session) noexcept;
   template <class Packet>
   void tell(const Packet& packet) noexcept;
@@ -66,9 +71,11 @@ class DriverCore final : public HelperRequests, public ModifierListener, private
   const PollLoop& fLoop;
   EventSink& fSink;
   ModifierSource& fModifiers;
+  KeyPressSource& fKeyPresses;
   HelperChannel* fChannel = nullptr;
   bool fHasHelper = false;
   bool fMonitored = false;
+  bool fWatchesKeys = false;
   std::uint8_t fHeldModifiers = 0;
   std::uint32_t fLastNumber = 0;
   std::vector<std::unique_ptr<TrackballSession>> fSessions;

@@ -10,6 +10,7 @@
 #include "driver/driver_core.h"
 #include "driver/event_loop.h"
 #include "driver/fixed_user.h"
+#include "driver/key_press_watch.h"
 #include "driver/keyboard_watch.h"
 #include "driver/link_server.h"
 #include "driver/login_active_user.h"
@@ -48,12 +49,13 @@ Status run(EventLoop& loop, DriverCore& core, const StopSignals& signals) {
 int serve(EventLoop& loop, const DriverOptions& options, const StopSignals& signals) {
   OutputDevices outputs;
   KeyboardWatch keyboards(loop);
-  DriverCore core(loop, outputs, keyboards);
+  KeyPressWatch keyPresses;
+  DriverCore core(loop, outputs, keyboards, keyPresses);
   keyboards.setListener(&core);
   const std::unique_ptr<ActiveUser> user = makeActiveUser(loop, options);
   LinkServer server(loop, *user, core, {options.socketPath, kDriverVersion});
   core.setChannel(&server);
-  DeviceHub hub(loop, core, keyboards);
+  DeviceHub hub(loop, core, keyboards, keyPresses);
   DeviceMonitor monitor(loop, hub);
 
   // Made early, so that desktops know them when the first event comes. Tried again when settings arrive.

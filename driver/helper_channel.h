@@ -28,6 +28,7 @@ class HelperRequests {
   virtual void withdraw(const WithdrawPacket& packet) noexcept = 0;
   // False when a packet is being typed and another one waits already, which ends the connection.
   virtual bool typeKeys(const TypeKeysPacket& packet) noexcept = 0;
+  virtual void stopTyping() noexcept = 0;
   virtual void movePointer(const MovePointerPacket& packet) noexcept = 0;
   virtual void monitor(bool wanted) noexcept = 0;
   // The connection has ended, by whomever: everything is released, every trackball an ordinary mouse.

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/epoll.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <array>
@@ -12,33 +11,21 @@
 #include <ctime>
 #include <utility>
 
+#include "driver/event_mask.h"
 #include "driver/keyboard_watch.h"
 
 namespace veltrix {
 
 namespace {
 
-// The kernel takes bitmaps of whole words only.
-constexpr unsigned kWordBits = 8 * sizeof(unsigned long);
-template <unsigned bits>
-using Bitmap = std::array<unsigned long, (bits + kWordBits - 1) / kWordBits>;
-
-template <std::size_t words>
-bool setMask(int descriptor, std::uint32_t type, const std::array<unsigned long, words>& codes) noexcept {
-  input_mask mask{};
-  mask.type = type;
-  mask.codes_size = sizeof codes;
-  mask.codes_ptr = reinterpret_cast<std::uintptr_t>(codes.data());
-  return ioctl(descriptor, EVIOCSMASK, &mask) == 0;
-}
-
 // From now on the kernel delivers modifier keys only.
 bool maskAllButModifiers(int descriptor) noexcept {
-  Bitmap<KEY_CNT> keys{};
-  for (const ModifierKey& key : kModifierKeys) keys[key.code / kWordBits] |= 1UL << key.code % kWordBits;
+  EventBitmap<KEY_CNT> keys{};
+  for (const ModifierKey& key : kModifierKeys)
+    keys[key.code / kBitmapWordBits] |= 1UL << key.code % kBitmapWordBits;
   // The mask of type 0 is the one of types.
-  const Bitmap<EV_CNT> types = {1UL << EV_KEY};
-  return setMask(descriptor, EV_KEY, keys) && setMask(descriptor, 0, types);
+  const EventBitmap<EV_CNT> types = {1UL << EV_KEY};
+  return setEventMask(descriptor, EV_KEY, keys) && setEventMask(descriptor, 0, types);
 }
 
 // Throws away what came between opening and masking, unread: the kernel does so when the clock changes.

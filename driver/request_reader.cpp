@@ -33,6 +33,11 @@ bool RequestReader::take(std::span<const std::byte> message, Microseconds now) n
     case PacketKind::kTypeKeys:
       return handOver<TypeKeysPacket>(
           message, [this](const auto& packet) noexcept { return fRequests.typeKeys(packet); });
+    case PacketKind::kStopTyping:
+      return handOver<StopTypingPacket>(message, [this](const auto& /*packet*/) noexcept {
+        fRequests.stopTyping();
+        return true;
+      });
     case PacketKind::kMovePointer:
       return handOver<MovePointerPacket>(message, [this](const auto& packet) noexcept {
         fRequests.movePointer(packet);

@@ -51,11 +51,15 @@ bool isValid(const WithdrawPacket& packet) noexcept {
 
 bool isValid(const TypeKeysPacket& packet) noexcept {
   if (packet.count < 1 || packet.count > kMostKeySteps || packet.interval < kShortestKeyInterval ||
-      packet.interval > kLongestKeyInterval) {
+      packet.interval > kLongestKeyInterval || !isSwitch(packet.stoppable)) {
     return false;
   }
   const KeyStep* end = packet.step + packet.count;
   return std::all_of(packet.step, end, isValidStep) && std::all_of(end, std::end(packet.step), isEmptyStep);
+}
+
+bool isValid(const StopTypingPacket& /*packet*/) noexcept {
+  return true;
 }
 
 bool isValid(const MovePointerPacket& packet) noexcept {

@@ -14,6 +14,7 @@ namespace veltrix {
 bool isValid(const ApplyPacket& packet) noexcept;
 bool isValid(const WithdrawPacket& packet) noexcept;
 bool isValid(const TypeKeysPacket& packet) noexcept;
+bool isValid(const StopTypingPacket& packet) noexcept;
 bool isValid(const MovePointerPacket& packet) noexcept;
 bool isValid(const MonitorPacket& packet) noexcept;
 bool isValid(const StatusPacket& packet) noexcept;

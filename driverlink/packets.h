@@ -23,6 +23,7 @@ enum class PacketKind : std::uint16_t {
   kTypeKeys = 3,
   kMovePointer = 4,
   kMonitor = 5,
+  kStopTyping = 6,
   // from the driver
   kStatus = 0x81,
   kDeviceState = 0x82,
@@ -72,14 +73,23 @@ struct KeyStep {
 
 // Presses and releases keys one after the other. What a packet leaves pressed is released at the end of the
 // connection at the latest. Answered by KeysTypedPacket. A packet that comes while another is being typed
-// waits; one more is a broken rule.
+// waits; one more is a broken rule. Text that nobody waits for with the hand on the button is stoppable: any
+// key of a real keyboard that goes down meanwhile stops it, and so does StopTypingPacket; what is stopped
+// leaves nothing pressed.
 struct TypeKeysPacket {
   static constexpr PacketKind kKind = PacketKind::kTypeKeys;
   PacketHeader header;
   std::uint32_t id;        // comes back in the answer
-  std::uint16_t count;     // of steps in use, 1 to kMostKeySteps; the others are zero
+  std::uint8_t count;      // of steps in use, 1 to kMostKeySteps; the others are zero
+  std::uint8_t stoppable;  // 1 or 0
   std::uint16_t interval;  // ms between two steps, kShortestKeyInterval to kLongestKeyInterval
   KeyStep step[kMostKeySteps];
+};
+
+// Stops the stoppable packets that are being typed or wait; each is answered as stopped.
+struct StopTypingPacket {
+  static constexpr PacketKind kKind = PacketKind::kStopTyping;
+  PacketHeader header;
 };
 
 inline constexpr std::int32_t kFarthestPointerMove = 32767;
@@ -159,6 +169,7 @@ struct KeysTypedPacket {
 static_assert(sizeof(ApplyPacket) == 208);
 static_assert(sizeof(WithdrawPacket) == 12);
 static_assert(sizeof(TypeKeysPacket) == 268);
+static_assert(sizeof(StopTypingPacket) == 4);
 static_assert(sizeof(MovePointerPacket) == 12);
 static_assert(sizeof(MonitorPacket) == 8);
 static_assert(sizeof(StatusPacket) == 32);

@@ -34,12 +34,14 @@ class Strict final : public HelperRequests {
   }
   bool typeKeys(const TypeKeysPacket& packet) noexcept override {
     require(packet.count >= 1 && packet.count <= kMostKeySteps && packet.interval >= 1);
+    require(packet.stoppable < 2);
     for (int i = 0; i < packet.count; ++i) {
       require(packet.step[i].code >= 1 && packet.step[i].code <= 247 && packet.step[i].down < 2);
     }
     ++count;
     return packet.id % 2 == 0;
   }
+  void stopTyping() noexcept override { ++count; }
   void movePointer(const MovePointerPacket& packet) noexcept override {
     require(std::abs(std::int64_t{packet.dx}) <= 32767 && std::abs(std::int64_t{packet.dy}) <= 32767);
     ++count;
@@ -58,7 +60,8 @@ void mendHeader(std::vector<std::byte>& message, unsigned choice) {
 
 std::size_t sizeOf(unsigned choice, std::size_t other) {
   constexpr std::size_t kSizes[] = {sizeof(ApplyPacket),       sizeof(WithdrawPacket), sizeof(TypeKeysPacket),
-                                    sizeof(MovePointerPacket), sizeof(MonitorPacket),  0};
+                                    sizeof(MovePointerPacket), sizeof(MonitorPacket),  0,
+                                    sizeof(StopTypingPacket)};
   const std::size_t size = kSizes[choice % std::size(kSizes)];
   return size != 0 ? size : other;
 }

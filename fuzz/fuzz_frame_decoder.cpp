@@ -128,9 +128,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FakeLoop loop;
   WatchedSink sink;
   FakeModifiers modifiers;
+  FakeKeyPresses keyPresses;
   FakeChannel channel;
   FakeTrackballState state;
-  DriverCore core(loop, sink, modifiers);
+  DriverCore core(loop, sink, modifiers, keyPresses);
   core.setChannel(&channel);
   core.helperArrived();
   core.attach(std::make_unique<FakeTrackball>(state, kSomeTrackball));

@@ -53,10 +53,11 @@ class DriverCoreTest : public testing::Test {
   FakeLoop loop;
   FakeSink sink;
   FakeModifiers modifiers;
+  FakeKeyPresses keyPresses;
   FakeChannel channel;
   FakeTrackballState ball;
   FakeTrackballState other;
-  DriverCore core{loop, sink, modifiers};
+  DriverCore core{loop, sink, modifiers, keyPresses};
 };
 
 }  // namespace veltrix

@@ -271,5 +271,96 @@ TEST_F(DriverCoreHelperTest, ModifiersReachTheEngine) {
   EXPECT_NEAR(slow[0].value, fast[0].value / 4.0, 1.0);
 }
 
+TypeKeysPacket textOf(std::uint32_t id) {
+  auto packet = typingOf(id);
+  packet.stoppable = 1;
+  return packet;
+}
+
+TEST_F(DriverCoreHelperTest, AKeyOfAKeyboardStopsATextAndWhatWaitsOfIt) {
+  EXPECT_TRUE(core.typeKeys(textOf(1)));
+  EXPECT_TRUE(core.typeKeys(textOf(2)));
+  EXPECT_THAT(sink.take(), ElementsAre(keyEvent(KEY_A, true), kSync));
+  EXPECT_TRUE(keyPresses.watched);
+  keyPresses.down = true;
+  loop.time += milliseconds(10);
+  core.expire(loop.time);
+  EXPECT_THAT(sink.take(), ElementsAre(keyEvent(KEY_A, false), kSync));
+  const auto answers = channel.packets<KeysTypedPacket>();
+  ASSERT_EQ(answers.size(), 2U);
+  EXPECT_EQ(answers[0].id, 1U);
+  EXPECT_EQ(answers[0].count, 1);
+  EXPECT_EQ(answers[0].outcome, static_cast<std::uint16_t>(TypingOutcome::kStopped));
+  EXPECT_EQ(answers[1].count, 0);
+  EXPECT_FALSE(keyPresses.watched);
+  EXPECT_EQ(core.deadline(), kNever);
+}
+
+TEST_F(DriverCoreHelperTest, KeyboardsAreLookedAtWhileATextIsTypedOnly) {
+  EXPECT_TRUE(core.typeKeys(typingOf(1)));
+  EXPECT_TRUE(core.typeKeys(textOf(2)));
+  EXPECT_EQ(keyPresses.begun, 0);
+  for (int i = 0; i < 3; ++i) {
+    loop.time = core.deadline();
+    core.expire(loop.time);
+    if (i == 1) {
+      EXPECT_TRUE(keyPresses.watched);
+      EXPECT_TRUE(core.typeKeys(textOf(3)));
+    }
+  }
+  // From one packet of the text to the next nothing that has been seen is forgotten.
+  EXPECT_TRUE(keyPresses.watched);
+  EXPECT_EQ(keyPresses.begun, 1);
+  EXPECT_EQ(keyPresses.asked, 2);
+  while (core.deadline() != kNever) {
+    loop.time = core.deadline();
+    core.expire(loop.time);
+  }
+  EXPECT_FALSE(keyPresses.watched);
+}
+
+TEST_F(DriverCoreHelperTest, AModifierKeyThatIsHeldKeepsATextFromBeginning) {
+  keyPresses.down = true;
+  EXPECT_TRUE(core.typeKeys(textOf(1)));
+  EXPECT_THAT(sink.take(), IsEmpty());
+  const auto answers = channel.packets<KeysTypedPacket>();
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_EQ(answers[0].count, 0);
+  EXPECT_EQ(answers[0].outcome, static_cast<std::uint16_t>(TypingOutcome::kStopped));
+}
+
+TEST_F(DriverCoreHelperTest, AKeyDoesNotStopWhatIsNoText) {
+  keyPresses.down = true;
+  EXPECT_TRUE(core.typeKeys(typingOf(1)));
+  loop.time = core.deadline();
+  core.expire(loop.time);
+  EXPECT_THAT(sink.take(), ElementsAre(keyEvent(KEY_A, true), kSync, keyEvent(KEY_A, false), kSync));
+  EXPECT_EQ(keyPresses.asked, 0);
+}
+
+TEST_F(DriverCoreHelperTest, TheHelperStopsATextAtOnce) {
+  EXPECT_TRUE(core.typeKeys(textOf(1)));
+  EXPECT_TRUE(core.typeKeys(textOf(2)));
+  sink.take();
+  core.stopTyping();
+  EXPECT_THAT(sink.take(), ElementsAre(keyEvent(KEY_A, false), kSync));
+  EXPECT_EQ(channel.packets<KeysTypedPacket>().size(), 2U);
+  EXPECT_FALSE(keyPresses.watched);
+  EXPECT_TRUE(core.typeKeys(typingOf(3)));
+  EXPECT_TRUE(core.typeKeys(typingOf(4)));
+}
+
+TEST_F(DriverCoreHelperTest, StoppingWithNothingToStopDoesNothing) {
+  core.stopTyping();
+  EXPECT_THAT(sink.take(), IsEmpty());
+  EXPECT_THAT(channel.packets<KeysTypedPacket>(), IsEmpty());
+}
+
+TEST_F(DriverCoreHelperTest, TheEndOfTheHelperEndsTheLookAtTheKeyboards) {
+  EXPECT_TRUE(core.typeKeys(textOf(1)));
+  core.helperGone();
+  EXPECT_FALSE(keyPresses.watched);
+}
+
 }  // namespace
 }  // namespace veltrix

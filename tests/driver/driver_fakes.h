@@ -10,6 +10,7 @@
 
 #include "driver/event_sink.h"
 #include "driver/helper_channel.h"
+#include "driver/key_press_source.h"
 #include "driver/modifier_source.h"
 #include "driver/poll_loop.h"
 #include "driver/trackball.h"
@@ -100,6 +101,21 @@ class FakeModifiers final : public ModifierSource {
  public:
   void watch(bool wanted) noexcept override { watched = wanted; }
   bool watched = false;
+};
+
+class FakeKeyPresses final : public KeyPressSource {
+ public:
+  void begin() noexcept override { watched = true, ++begun; }
+  bool keyWentDown() noexcept override {
+    ++asked;
+    return watched && down;
+  }
+  void end() noexcept override { watched = false; }
+
+  bool watched = false;
+  bool down = false;
+  int begun = 0;
+  int asked = 0;
 };
 
 class FakeChannel final : public HelperChannel {

@@ -55,10 +55,11 @@ TEST(EventPathAllocation, EventsPassWithoutAllocating) {
   FakeLoop loop;
   NullSink sink;
   FakeModifiers modifiers;
+  FakeKeyPresses keyPresses;
   NullChannel channel;
   FakeTrackballState ball;
   FrameDecoder decoder;
-  DriverCore core(loop, sink, modifiers);
+  DriverCore core(loop, sink, modifiers, keyPresses);
   core.setChannel(&channel);
   core.helperArrived();
   core.attach(std::make_unique<FakeTrackball>(ball, kSomeTrackball));

@@ -16,7 +16,7 @@ using testing::IsEmpty;
 TypeKeysPacket packetOf(std::uint32_t id, const std::vector<KeyStep>& steps, std::uint16_t interval = 5) {
   auto packet = makePacket<TypeKeysPacket>();
   packet.id = id;
-  packet.count = static_cast<std::uint16_t>(steps.size());
+  packet.count = static_cast<std::uint8_t>(steps.size());
   packet.interval = interval;
   for (std::size_t i = 0; i < steps.size(); ++i) packet.step[i] = steps[i];
   return packet;
@@ -118,6 +118,55 @@ TEST_F(KeyTypistTest, GivesUpBothPackets) {
   EXPECT_EQ(second->count, 0);
   EXPECT_FALSE(typist.giveUp(TypingOutcome::kStopped));
   EXPECT_EQ(typist.deadline(), kNever);
+}
+
+TypeKeysPacket textOf(std::uint32_t id, const std::vector<KeyStep>& steps) {
+  auto packet = packetOf(id, steps);
+  packet.stoppable = 1;
+  return packet;
+}
+
+TEST_F(KeyTypistTest, StopsTheTextThatIsTypedAndTheOneThatWaits) {
+  ASSERT_TRUE(typist.take(textOf(1, {{KEY_LEFTSHIFT, 1}, {KEY_A, 1}, {KEY_A, 0}, {KEY_LEFTSHIFT, 0}}), now));
+  ASSERT_TRUE(typist.take(textOf(2, {{KEY_B, 1}, {KEY_B, 0}}), now));
+  EXPECT_TRUE(typist.isStoppable());
+  expire();
+  now += milliseconds(5);
+  expire();
+  const auto first = typist.stop();
+  const auto second = typist.stop();
+  ASSERT_TRUE(first && second);
+  EXPECT_FALSE(typist.stop());
+  EXPECT_EQ(first->id, 1U);
+  EXPECT_EQ(first->count, 2);
+  EXPECT_EQ(first->outcome, static_cast<std::uint16_t>(TypingOutcome::kStopped));
+  EXPECT_EQ(second->id, 2U);
+  EXPECT_EQ(second->count, 0);
+  output.clear();
+  typist.releaseStopped(output);
+  EXPECT_THAT(output.events(), ElementsAre(keyEvent(KEY_A, false), keyEvent(KEY_LEFTSHIFT, false), kSync));
+  EXPECT_EQ(typist.deadline(), kNever);
+}
+
+TEST_F(KeyTypistTest, StoppingLeavesWhatIsNoText) {
+  ASSERT_TRUE(typist.take(packetOf(1, {{KEY_LEFTCTRL, 1}, {KEY_C, 1}}), now));
+  ASSERT_TRUE(typist.take(textOf(2, {{KEY_B, 1}}), now));
+  expire();
+  EXPECT_FALSE(typist.isStoppable());
+  const auto answer = typist.stop();
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->id, 2U);
+  EXPECT_EQ(answer->count, 0);
+  EXPECT_FALSE(typist.stop());
+  output.clear();
+  typist.releaseStopped(output);
+  EXPECT_THAT(output.events(), IsEmpty());
+  now += milliseconds(5);
+  expire();
+  EXPECT_THAT(output.events(), ElementsAre(keyEvent(KEY_C, true), kSync));
+  output.clear();
+  typist.release(output);
+  EXPECT_THAT(output.events(), ElementsAre(keyEvent(KEY_LEFTCTRL, false), keyEvent(KEY_C, false), kSync));
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ class RecordedRequests final : public HelperRequests {
     log.push_back("type " + std::to_string(packet.id));
     return takesKeys;
   }
+  void stopTyping() noexcept override { log.emplace_back("stop typing"); }
   void movePointer(const MovePointerPacket& packet) noexcept override {
     log.push_back("move " + std::to_string(packet.dx) + " " + std::to_string(packet.dy));
   }

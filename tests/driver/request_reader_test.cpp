@@ -50,8 +50,9 @@ TEST_F(RequestReaderTest, HandsOnEveryKindOfRequest) {
   EXPECT_TRUE(take(monitor));
   monitor.wanted = 1;
   EXPECT_TRUE(take(apply) && take(withdraw) && take(keys(9)) && take(move) && take(monitor));
-  EXPECT_THAT(requests.log,
-              ElementsAre("no monitor", "apply 3", "withdraw 4", "type 9", "move -5 6", "monitor"));
+  EXPECT_TRUE(take(makePacket<StopTypingPacket>()));
+  EXPECT_THAT(requests.log, ElementsAre("no monitor", "apply 3", "withdraw 4", "type 9", "move -5 6",
+                                        "monitor", "stop typing"));
 }
 
 TEST_F(RequestReaderTest, RefusesWhatOnlyTheDriverSays) {

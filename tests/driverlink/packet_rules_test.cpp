@@ -87,6 +87,7 @@ TEST(PacketRules, takesKeysOfKeyboardsOnly) {
   for (const Change& change : std::vector<Change>{
            [](TypeKeysPacket& p) { p.count = 0; },
            [](TypeKeysPacket& p) { p.count = kMostKeySteps + 1; },
+           [](TypeKeysPacket& p) { p.stoppable = 2; },
            [](TypeKeysPacket& p) { p.interval = 0; },
            [](TypeKeysPacket& p) { p.interval = kLongestKeyInterval + 1; },
            [](TypeKeysPacket& p) { p.step[0].code = 0; },
@@ -97,6 +98,7 @@ TEST(PacketRules, takesKeysOfKeyboardsOnly) {
     EXPECT_FALSE(acceptedWith(twoSteps(), change));
   }
   EXPECT_TRUE(acceptedWith<TypeKeysPacket>(twoSteps(), [](auto& p) { p.step[0].code = 247; }));
+  EXPECT_TRUE(acceptedWith<TypeKeysPacket>(twoSteps(), [](auto& p) { p.stoppable = 1; }));
 }
 
 TEST(PacketRules, limitsHowFarThePointerIsMoved) {

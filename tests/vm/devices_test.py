@@ -144,6 +144,77 @@ class KeyboardTest(DriverCase):
         keyboard.release(0xE2)
 
 
+class TypingTest(DriverCase):
+    """A text is stopped by the keyboard of the person, by a word of the helper's, and by nothing else."""
+    STEPS = [(KEY_A, down) for _ in range(link.MOST_KEY_STEPS // 2) for down in (1, 0)]
+
+    def setUp(self):
+        super().setUp()
+        self.keyboard = self.enterContext(uhid.Keyboard())
+        self.ball = self.take(link.record({0: 1, 1: (10, 0, 1)}))  # a click, the key S
+
+    def begin(self, stoppable=True):
+        self.link.type_keys(1, self.STEPS, interval=20, stoppable=stoppable)
+        self.link.type_keys(2, self.STEPS, interval=20, stoppable=stoppable)
+        self.wait_for(self.driver.keyboard, (EV_KEY, KEY_A, 1))
+
+    def expect_stop(self):
+        first, second = self.link.expect_typed(1), self.link.expect_typed(2)
+        self.assertEqual((first.outcome, second.outcome), (link.STOPPED, link.STOPPED))
+        self.assertLess(first.count, len(self.STEPS))
+        self.assertEqual(second.count, 0)
+        self.assert_nothing_pressed()
+
+    def test_any_key_of_a_keyboard_stops_a_text(self):
+        self.begin()
+        self.keyboard.press(0x1B)
+        self.expect_stop()
+
+    def test_key_that_was_down_stops_a_text_only_when_it_comes_again(self):
+        with evdev.Reader(self.keyboard.node) as typed:
+            self.keyboard.press(0x1B)
+            typed.read(1)
+        self.begin()
+        self.keyboard.release(0x1B)
+        time.sleep(0.1)  # some steps that could be stopped
+        self.assertFalse(self.link.take())
+        self.keyboard.press(0x1B)
+        self.expect_stop()
+
+    def test_text_does_not_begin_with_a_modifier_key_held(self):
+        with evdev.Reader(self.keyboard.node) as typed:
+            self.keyboard.press(0xE0)
+            typed.read(1)
+        self.link.type_keys(1, self.STEPS, stoppable=True)
+        answer = self.link.expect_typed(1)
+        self.assertEqual((answer.count, answer.outcome), (0, link.STOPPED))
+
+    def test_keyboard_that_comes_meanwhile_counts(self):
+        self.begin()
+        late = self.enterContext(uhid.Keyboard("Late Keyboard"))
+        late.press(0x1B)
+        self.expect_stop()
+
+    def test_helper_stops_a_text(self):
+        self.begin()
+        self.link.stop_typing()
+        self.expect_stop()
+
+    def test_keys_of_a_shortcut_are_not_stopped(self):
+        self.link.type_keys(1, self.STEPS, interval=5)
+        self.wait_for(self.driver.keyboard, (EV_KEY, KEY_A, 1))
+        self.keyboard.press(0x1B)
+        answer = self.link.expect_typed(1)
+        self.assertEqual((answer.count, answer.outcome), (len(self.STEPS), link.TYPED))
+
+    def test_trackballs_button_that_holds_a_key_stops_nothing(self):
+        self.begin()
+        self.ball.press(1)
+        self.ball.release(1)
+        answer = self.link.expect_typed(1)
+        self.assertEqual(answer.outcome, link.TYPED)
+
+
 class UsbTest(DriverCase):
     def test_trackball_on_a_usb_bus_is_known_by_its_own_version(self):
         ball = GadgetTrackball(PRODUCT, 0x0212)

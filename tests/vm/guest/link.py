@@ -7,8 +7,9 @@ import time
 
 SOCKET = "/run/veltrix/driver.sock"
 VERSION = 1
-APPLY, WITHDRAW, TYPE_KEYS, MOVE_POINTER, MONITOR = 1, 2, 3, 4, 5
+APPLY, WITHDRAW, TYPE_KEYS, MOVE_POINTER, MONITOR, STOP_TYPING = 1, 2, 3, 4, 5, 6
 STATUS, DEVICE_STATE, BUTTON, KEYS_TYPED = 0x81, 0x82, 0x83, 0x84
+TYPED, STOPPED, NO_KEYBOARD = range(3)
 ACCEPTED, NOT_THE_ACTIVE_USER, BROKEN_RULE, STOPPING, REPLACED = range(5)
 DETACHED, LEFT_ALONE, WAITING, TAKEN, BUSY, FAILED = range(6)
 MOST_KEY_STEPS = 64
@@ -56,11 +57,17 @@ class Link:
     def withdraw(self, product=0x2041, version=0x0107, vendor=0xA1D0):
         self.send(WITHDRAW, struct.pack("=HHH2x", vendor, product, version))
 
-    def type_keys(self, identity, steps, interval=1):
+    def type_keys(self, identity, steps, interval=1, stoppable=False):
         """Steps are (code, whether down)."""
-        body = struct.pack("=IHH", identity, len(steps), interval)
+        body = struct.pack("=IBBH", identity, len(steps), stoppable, interval)
         body += b"".join(struct.pack("=HH", code, down) for code, down in steps)
         self.send(TYPE_KEYS, body.ljust(8 + MOST_KEY_STEPS * 4, b"\0"))
+
+    def stop_typing(self):
+        self.send(STOP_TYPING)
+
+    def expect_typed(self, identity):
+        return self.expect(lambda each: isinstance(each, KeysTyped) and each.id == identity, f"typed {identity}")
 
     def move_pointer(self, dx, dy):
         self.send(MOVE_POINTER, struct.pack("=ii", dx, dy))
