@@ -9,16 +9,6 @@ namespace veltrix {
 
 namespace {
 
-Result<plist::Array> entriesIn(const std::string& path) {
-  const Result<plist::Document> document = plist::readFile(path);
-  if (!document)
-    return document.error();
-  const plist::Dictionary root = document.value().root.asDictionary();
-  if (!root)
-    return Error{0, "the document is no dictionary", std::nullopt};
-  return root.arrayFor(keys::kDevices);
-}
-
 std::string describe(const std::string& path, const Error& error) {
   std::string text = path + ": " + error.message;
   if (error.offset)
@@ -32,30 +22,40 @@ bool meansNoFile(const Error& error) {
 
 }  // namespace
 
+Result<HelperSettings::Contents> HelperSettings::contentsOf(const std::string& path) {
+  const Result<plist::Document> document = plist::readFile(path);
+  if (!document)
+    return document.error();
+  const plist::Dictionary root = document.value().root.asDictionary();
+  if (!root)
+    return Error{0, "the document is no dictionary", std::nullopt};
+  return Contents{root.arrayFor(keys::kDevices), root.arrayFor(keys::kSnippets)};
+}
+
 void HelperSettings::reread() {
   fError.clear();
-  Result<plist::Array> entries = entriesIn(fUserPath);
-  if (entries) {
-    fEntries = entries.value();
+  Result<Contents> contents = contentsOf(fUserPath);
+  if (contents) {
+    fContents = contents.value();
     fInForce = SettingsInForce::kUser;
     return;
   }
-  if (!meansNoFile(entries.error()))
-    fError = describe(fUserPath, entries.error());
-  if (meansNoFile(entries.error()) || fInForce == SettingsInForce::kNone)
+  if (!meansNoFile(contents.error()))
+    fError = describe(fUserPath, contents.error());
+  if (meansNoFile(contents.error()) || fInForce == SettingsInForce::kNone)
     useFactorySettings();
 }
 
 void HelperSettings::useFactorySettings() {
-  Result<plist::Array> entries = entriesIn(fFactoryPath);
-  if (entries) {
-    fEntries = entries.value();
+  Result<Contents> contents = contentsOf(fFactoryPath);
+  if (contents) {
+    fContents = contents.value();
     fInForce = SettingsInForce::kFactory;
   } else {
     if (!fError.empty())
       fError += "; ";
     fError +=
-        fFactoryPath.empty() ? "there are no factory settings" : describe(fFactoryPath, entries.error());
+        fFactoryPath.empty() ? "there are no factory settings" : describe(fFactoryPath, contents.error());
   }
 }
 

@@ -3,12 +3,13 @@
 #include <string>
 
 #include "platform/property_list.h"
+#include "util/result.h"
 
 namespace veltrix {
 
 enum class SettingsInForce { kNone, kFactory, kUser };
 
-// The device entries that the helper works by. Only reads files, and reads them leniently.
+// The device entries and snippets that the helper works by. Only reads files, and reads them leniently.
 class HelperSettings {
  public:
   HelperSettings(std::string userPath, std::string factoryPath)
@@ -18,18 +19,24 @@ class HelperSettings {
   // leaves in force what was, and at the first reading brings the factory settings into force.
   void reread();
 
-  const plist::Array& entries() const { return fEntries; }
+  const plist::Array& entries() const { return fContents.entries; }
+  const plist::Array& snippets() const { return fContents.snippets; }  // of the same file; null without any
   SettingsInForce inForce() const { return fInForce; }
   const std::string& userPath() const { return fUserPath; }
   // Why the last reading found nothing usable, one line with the path; empty when it did.
   const std::string& error() const { return fError; }
 
  private:
+  struct Contents {
+    plist::Array entries;
+    plist::Array snippets;
+  };
+  static Result<Contents> contentsOf(const std::string& path);
   void useFactorySettings();
 
   std::string fUserPath;
   std::string fFactoryPath;
-  plist::Array fEntries;
+  Contents fContents;
   SettingsInForce fInForce = SettingsInForce::kNone;
   std::string fError;
 };

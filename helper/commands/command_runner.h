@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "driverlink/packets.h"
 #include "helper/commands/command_session.h"
 #include "helper/commands/command_table.h"
-#include "platform/property_list.h"
 
 namespace veltrix {
 
@@ -31,17 +31,25 @@ class CommandSettings {
 // A command that did not do what its name says.
 struct CommandProblem {
   std::uint16_t command = 0;
-  std::string reason;  // one line
+  std::string reason;  // one line of UTF-8, at most kLongestReason bytes
+
+  friend bool operator==(const CommandProblem& a, const CommandProblem& b) = default;
 };
+inline constexpr std::size_t kLongestReason = 500;
+
+// Commands that have begun and not ended; one more is refused, so that what hangs cannot pile up.
+inline constexpr std::size_t kMostCommandsUnderWay = 64;
 
 // Carries out commands: looks up the rows of a command that fit this session and makes one attempt after the
 // other until one works. Never waits.
 class CommandRunner {
  public:
   using Report = std::function<void(const CommandProblem&)>;
+  using RowLookup = std::function<std::span<const CommandRow>(std::uint16_t command)>;
 
-  // The settings and the parts of the session must outlive the runner.
-  CommandRunner(SessionKind kind, CommandSession session, const CommandSettings& settings, Report report);
+  // The settings, the parts of the session and the rows must outlive the runner.
+  CommandRunner(SessionKind kind, CommandSession session, const CommandSettings& settings, Report report,
+                RowLookup rows = rowsOfCommand);
   ~CommandRunner();
   CommandRunner(const CommandRunner&) = delete;
   CommandRunner& operator=(const CommandRunner&) = delete;
@@ -49,7 +57,8 @@ class CommandRunner {
   // A button of a trackball of which the driver says that the helper carries it out; others are passed over.
   void take(const ButtonPacket& packet);
 
-  // The driver is gone, and every key with it.
+  // The driver is gone, and every key with it. What has begun goes on; keys that it still presses are let go
+  // at once.
   void forgetButtons();
 
  private:
