@@ -87,6 +87,27 @@ void DriverLink::setMonitored(bool monitored) {
   }
 }
 
+bool DriverLink::typeKeys(const TypeKeysPacket& packet) {
+  return fReport.isConnected() && sendOrHangUp(bytesOf(packet));
+}
+
+bool DriverLink::stopTyping() {
+  return fReport.isConnected() && sendOrHangUp(bytesOf(makePacket<StopTypingPacket>()));
+}
+
+// A release that does not get through would leave a key down; at the end of the connection none is.
+bool DriverLink::sendOrHangUp(std::span<const std::byte> packet) {
+  const bool sent = send(packet);
+  if (!sent)
+    hangUp();
+  return sent;
+}
+
+void DriverLink::hangUp() {
+  if (fSocket)
+    ::shutdown(fSocket.get(), SHUT_RDWR);
+}
+
 Status DriverLink::connectOnce() {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;

@@ -9,6 +9,7 @@
 #include "helper/driver_report.h"
 #include "helper/reconnect_delay.h"
 #include "helper/seat_watch.h"
+#include "helper/typing/key_sender.h"
 #include "platform/event_loop.h"
 #include "util/file_descriptor.h"
 #include "util/result.h"
@@ -31,11 +32,11 @@ class DriverListener {
 // trackball, and hands on what comes back. Connects again by itself, after a wait that grows, at once when
 // the driver's socket appears or somebody else comes to the screen. Never blocks; all calls from the loop's
 // thread.
-class DriverLink {
+class DriverLink final : public KeySender {
  public:
   // The loop and the listener must outlive the link.
   DriverLink(sd_event* loop, std::string socketPath, DriverListener& listener);
-  ~DriverLink();
+  ~DriverLink() override;
   DriverLink(const DriverLink&) = delete;
   DriverLink& operator=(const DriverLink&) = delete;
 
@@ -45,6 +46,11 @@ class DriverLink {
   void setDevices(const std::vector<ConnectedDevice>& devices);
   // Whether every button is to be told.
   void setMonitored(bool monitored);
+
+  bool typeKeys(const TypeKeysPacket& packet) override;
+  bool stopTyping() override;
+  // The end shows in the next turn of the loop; the link then connects anew.
+  void hangUp() override;
 
   const DriverReport& report() const { return fReport; }
 
@@ -65,6 +71,7 @@ class DriverLink {
   bool takeMessage(std::span<const std::byte> message);
   bool takeStatus(std::span<const std::byte> message);
   bool send(std::span<const std::byte> packet) const;
+  bool sendOrHangUp(std::span<const std::byte> packet);
   void tellOrders();
   void setTimer();
   void announce();

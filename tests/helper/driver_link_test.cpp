@@ -259,5 +259,41 @@ TEST_F(DriverLinkTest, NamesTheErrorOfASocketThatRefuses) {
   EXPECT_EQ(strange.report().error, ENAMETOOLONG);
 }
 
+TypeKeysPacket somePress() {
+  auto packet = makePacket<TypeKeysPacket>();
+  packet.id = 5;
+  packet.count = 1;
+  packet.interval = 1;
+  packet.step[0] = {30, 1};
+  return packet;
+}
+
+TEST_F(DriverLinkTest, TakesKeysToTheDriverAndItsAnswerBack) {
+  EXPECT_FALSE(link.typeKeys(somePress()));
+  EXPECT_FALSE(link.stopTyping());
+  auto fake = connected();
+  EXPECT_TRUE(link.typeKeys(somePress()));
+  EXPECT_TRUE(link.stopTyping());
+  const auto keys = fake->receive<TypeKeysPacket>();
+  ASSERT_TRUE(keys);
+  EXPECT_EQ(keys->id, 5U);
+  EXPECT_TRUE(fake->receive<StopTypingPacket>());
+  auto answer = makePacket<KeysTypedPacket>();
+  answer.id = 5;
+  fake->send(answer);
+  driveUntil([&] { return !told.typed.empty(); });
+  EXPECT_THAT(told.typed, ElementsAre(5U));
+}
+
+TEST_F(DriverLinkTest, HangsUpOnADriverThatTakesNoKeysAndConnectsAnew) {
+  auto fake = connected();
+  int sent = 0;
+  while (link.typeKeys(somePress())) ASSERT_LT(++sent, 100000);
+  EXPECT_EQ(link.report().state, DriverState::kConnected);
+  driveUntilState(DriverState::kNotRunning);
+  EXPECT_TRUE(fake->sawEnd());
+  EXPECT_FALSE(link.typeKeys(somePress()));
+}
+
 }  // namespace
 }  // namespace veltrix
