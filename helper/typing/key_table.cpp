@@ -46,6 +46,10 @@ xkb_keysym_t keysymOf(xkb_state* state, std::uint16_t code) {
   return xkb_state_key_get_one_sym(state, xkb::keycodeOf(code));
 }
 
+bool typesText(xkb_keysym_t keysym) {
+  return xkb_keysym_to_utf32(keysym) >= U' ';
+}
+
 }  // namespace
 
 bool isOnKeypad(const KeysymKey& key) {
@@ -76,7 +80,8 @@ std::vector<KeysymKey> keysOfGroup(xkb_keymap* keymap, xkb_layout_index_t group,
       const auto keysym = keysymOf(state.get(), code);
       const auto without = keysymOf(plain.get(), code);
       const bool dependsOnLock = isKeypadCode(code) && keysymOf(locked.get(), code) != without;
-      if (keysym != XKB_KEY_NoSymbol && (held == 0 || keysym != without) && !dependsOnLock) {
+      const bool isReliable = !dependsOnLock || (held == 0 && !typesText(keysym));
+      if (keysym != XKB_KEY_NoSymbol && (held == 0 || keysym != without) && isReliable) {
         keys.push_back({keysym, code, held});
       }
     }

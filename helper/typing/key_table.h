@@ -20,7 +20,7 @@ unsigned reluctance(const KeysymKey& key);
 bool isOnKeypad(const KeysymKey& key);
 
 // The keysyms that the keys of one group produce, each once with the key that suits best, in ascending order.
-// Left out are keys of the keypad that depend on Num Lock and whatever leaves a modifier locked.
+// Left out are characters of the keypad that depend on Num Lock and whatever leaves a modifier locked.
 std::vector<KeysymKey> keysOfGroup(xkb_keymap* keymap, xkb_layout_index_t group,
                                    const ModifierKeys& modifiers);
 

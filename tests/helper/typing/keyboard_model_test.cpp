@@ -4,6 +4,10 @@
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
 
+#include <algorithm>
+#include <variant>
+
+#include "helper/commands/command_table.h"
 #include "tests/helper/typing/typed_keyboard.h"
 #include "tests/support/environment.h"
 #include "tests/support/temporary_folder.h"
@@ -136,7 +140,8 @@ TEST(KeyboardModelKeys, KeysWithNamesAreFoundByThem) {
                                                           {XKB_KEY_XF86AudioPlay, KEY_PLAYPAUSE},
                                                           {XKB_KEY_XF86MonBrightnessUp, KEY_BRIGHTNESSUP},
                                                           {XKB_KEY_XF86Calculator, KEY_CALC},
-                                                          {XKB_KEY_XF86Eject, KEY_EJECTCD}};
+                                                          {XKB_KEY_XF86Eject, KEY_EJECTCD},
+                                                          {XKB_KEY_KP_Left, KEY_KP4}};
   for (const auto& [keysym, code] : named) {
     EXPECT_THAT(keysFor(us, 0, keysym), Optional(press(code))) << keysym;
   }
@@ -153,6 +158,33 @@ TEST(KeyboardModelKeys, KeysThatTheKeymapLacksAreAtTheirWellKnownPlace) {
   EXPECT_THAT(keysFor(small, 0, XKB_KEY_F13), Optional(press(KEY_F13)));
   EXPECT_THAT(keysFor(small, 0, XKB_KEY_plus), Optional(press(KEY_EQUAL, {KEY_LEFTSHIFT})));
 }
+
+class KeysOfCommands : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(KeysOfCommands, ArePressedOnEveryLayout) {
+  const TypedKeyboard keyboard(GetParam());
+  const auto model = keyboard.model();
+  for (const auto& row : commandTable()) {
+    if (const auto* stroke = std::get_if<KeyStroke>(&row.attempt)) {
+      const auto keys = model.keysFor(*stroke);
+      EXPECT_TRUE(keys.has_value()) << row.command << ' ' << std::hex << stroke->keysym;
+      if (!keys) {
+        continue;
+      }
+      KeyReader reader(keyboard);
+      reader.read(*keys);
+      EXPECT_TRUE(reader.isAtRest()) << row.command;
+      EXPECT_EQ(reader.hadHeld(XKB_MOD_NAME_CTRL), (stroke->modifiers & kHoldControl) != 0) << row.command;
+      EXPECT_EQ(reader.hadHeld(XKB_MOD_NAME_ALT), (stroke->modifiers & kHoldAlt) != 0) << row.command;
+      EXPECT_EQ(reader.hadHeld(XKB_MOD_NAME_LOGO), (stroke->modifiers & kHoldSuper) != 0) << row.command;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, KeysOfCommands,
+                         ::testing::Values("us", "gb", "de", "fr", "us:dvorak", "es", "jp", "ru", "gr", "il",
+                                           "ara"),
+                         testing::nameOfLayout);
 
 TEST(KeyboardModelKeys, ThereAreNoneForAKeyThatIsNowhere) {
   EXPECT_EQ(keysFor(TypedKeyboard("us"), 0, XKB_KEY_Thai_kokai), std::nullopt);
@@ -205,6 +237,7 @@ TEST(KeyboardModelText, FewestModifiersAndKeysAmongTheLettersComeFirst) {
 TEST(KeyboardModelText, KeypadIsUsedWhenNothingElseTypesIt) {
   EXPECT_THAT(TypedKeyboard::ofText(kSmallKeymap).model().keysForCharacter(U'+'),
               ElementsAre(press(KEY_KPPLUS)));
+  EXPECT_EQ(keysFor(TypedKeyboard("us"), 0, XKB_KEY_KP_7), std::nullopt);  // Num Lock may be on or off
 }
 
 TEST(KeyboardModelText, ThirdLevelIsReachedByTheKeyThatTheKeymapHasForIt) {

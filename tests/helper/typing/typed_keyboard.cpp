@@ -181,4 +181,10 @@ std::string utf8(const std::u32string& text) {
   return bytes;
 }
 
+std::string nameOfLayout(const ::testing::TestParamInfo<const char*>& info) {
+  std::string name = info.param;
+  std::replace(name.begin(), name.end(), ':', '_');
+  return name;
+}
+
 }  // namespace veltrix::testing

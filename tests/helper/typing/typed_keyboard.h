@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <set>
 #include <string>
 #include <vector>
@@ -68,5 +70,8 @@ class KeyReader {
 };
 
 std::string utf8(const std::u32string& text);
+
+// Of a test with the name of a layout as its parameter.
+std::string nameOfLayout(const ::testing::TestParamInfo<const char*>& info);
 
 }  // namespace veltrix::testing

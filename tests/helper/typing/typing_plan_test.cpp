@@ -45,12 +45,6 @@ std::string readWithNumbers(KeyReader& reader, const std::vector<KeyPress>& pres
   return text;
 }
 
-std::string nameOf(const ::testing::TestParamInfo<const char*>& info) {
-  std::string name = info.param;
-  std::replace(name.begin(), name.end(), ':', '_');
-  return name;
-}
-
 class TypingPlanOn : public ::testing::TestWithParam<const char*> {};
 
 TEST_P(TypingPlanOn, EveryCharacterOfTheLayoutArrives) {
@@ -122,7 +116,7 @@ TEST_P(TypingPlanOn, BytesOfAnyKindLeaveNothingDown) {
 INSTANTIATE_TEST_SUITE_P(Layouts, TypingPlanOn,
                          ::testing::Values("us", "gb", "de", "fr", "us:dvorak", "us:intl", "es", "jp", "ru",
                                            "gr", "de:neo"),
-                         nameOf);
+                         testing::nameOfLayout);
 
 TEST(TypingPlan, KeepsTheOrderOfTheText) {
   const TypedKeyboard us("us");
