@@ -141,6 +141,7 @@ TEST_F(DeliveredTexts, WarningsAreEnglishUnderTheCLocale) {
     const auto text = fTables.find(key, "Localizable");
     ASSERT_TRUE(text.has_value()) << key;
     EXPECT_NE(text->find("accessibility service"), std::string::npos) << *text;
+    EXPECT_NE(text->find("Under Wayland"), std::string::npos) << *text;
   }
 }
 
@@ -151,6 +152,7 @@ TEST_F(DeliveredTexts, GermanSpeaksOfEveryKey) {
     const auto text = fTables.find(key, "Localizable");
     ASSERT_TRUE(text.has_value()) << key;
     EXPECT_NE(text->find("Barrierefreiheit"), std::string::npos) << *text;
+    EXPECT_NE(text->find("Unter Wayland"), std::string::npos) << *text;
   }
 }
 
