@@ -4,13 +4,14 @@
 
 #include "settings/driver_record.h"
 #include "settings/scroll_parameters.h"
+#include "settings/settings_keys.h"
 #include "settings/settings_rules.h"
 
 namespace veltrix {
 
 bool operator==(const DeviceRecord& a, const DeviceRecord& b) {
   if (a.entryIndex != b.entryIndex || a.isGlobal != b.isGlobal ||
-      a.record.has_value() != b.record.has_value() || a.scroll != b.scroll) {
+      a.record.has_value() != b.record.has_value() || a.scroll != b.scroll || a.jumps != b.jumps) {
     return false;
   }
   return !a.record || std::memcmp(&*a.record, &*b.record, sizeof *a.record) == 0;
@@ -32,6 +33,8 @@ DeviceRecord makeDeviceRecord(const plist::Array& entries, const VeltrixDeviceEn
   if (VeltrixAppPrefsDictToStruct(entryAt(best), entryAt(global), &record))
     result.record = record;
   result.scroll = scrollParametersOf(entryAt(result.entryIndex));
+  result.jumps =
+      result.record && entryAt(result.entryIndex).dictionaryFor(keys::kOptions).boolFor(keys::kJump);
   return result;
 }
 

@@ -16,6 +16,7 @@ struct DeviceRecord {
   bool isGlobal = false;               // whether it is the one for every device, for want of a better
   std::optional<DriverRecord> record;  // nothing without an entry that can be converted
   ScrollParameters scroll{};           // of the same entry
+  bool jumps = false;                  // whether the pointer is to go to the default button of a new dialog
 };
 
 bool operator==(const DeviceRecord& a, const DeviceRecord& b);

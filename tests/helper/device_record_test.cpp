@@ -46,6 +46,19 @@ TEST(DeviceRecord, HasTheScrollParametersOfTheSameEntry) {
   EXPECT_EQ(makeDeviceRecord(entries, deviceOf(0x3000)).scroll.timeStop, 5);
 }
 
+TEST(DeviceRecord, SaysWhetherTheEntryWantsThePointerToJump) {
+  auto jumping = entryOf(0xA1D0, 0x2041);
+  jumping.set("options", dictionaryOf({{"jump", true}}));
+  const auto entries = arrayOf({jumping, entryOf(0xA1D0, 0x1020)});
+  const DeviceRecord record = makeDeviceRecord(entries, deviceOf(0x2041));
+  EXPECT_TRUE(record.jumps);
+  EXPECT_FALSE(makeDeviceRecord(entries, deviceOf(0x1020)).jumps);
+  EXPECT_FALSE(makeDeviceRecord(entries, deviceOf(0x3000)).jumps);
+  DeviceRecord other = record;
+  other.jumps = false;
+  EXPECT_FALSE(other == record);
+}
+
 TEST(DeviceRecord, LooksAtTheVersion) {
   const auto entries = arrayOf({entryOf(0xA1D0, 0x2041, 0x0107, 0), entryOf(0xA1D0, 0x2041, 0, 0x0106)});
   EXPECT_EQ(makeDeviceRecord(entries, deviceOf(0x2041, 0x0106)).entryIndex, 1);
