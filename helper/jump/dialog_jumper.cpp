@@ -1,0 +1,70 @@
+#include "helper/jump/dialog_jumper.h"
+
+#include <algorithm>
+
+namespace veltrix {
+
+DialogJumper::DialogJumper(JumpScreen& screen, std::function<Clock::time_point()> now,
+                           std::function<void(JumpOutcome)> report)
+    : fScreen(screen), fNow(std::move(now)), fReport(std::move(report)) {}
+
+void DialogJumper::activated(std::string id, std::unique_ptr<AccessiblePart> dialog) {
+  fId = std::move(id);
+  fDialog = std::move(dialog);
+  fDeadline = fNow() + kJumpPatience;
+}
+
+void DialogJumper::forgetClosed() {
+  for (const std::uint32_t window : fScreen.takeClosed()) {
+    std::erase_if(fDone, [&](const auto& done) { return done.second == window; });
+  }
+}
+
+bool DialogJumper::isDone(std::uint32_t window) const {
+  return std::find(fDone.begin(), fDone.end(), std::pair(fId, window)) != fDone.end();
+}
+
+std::optional<std::chrono::milliseconds> DialogJumper::attempt() {
+  if (fDialog == nullptr)
+    return std::nullopt;
+  forgetClosed();
+  std::optional<ScreenState> screen = fScreen.look();
+  if (!screen || isDone(screen->activeWindow)) {
+    fDialog.reset();
+    return std::nullopt;
+  }
+  const JumpOutcome outcome = tryOnce(&screen);
+  const bool mayChange = outcome == JumpOutcome::kNoButton || outcome == JumpOutcome::kOutOfWindow;
+  if (mayChange && fNow() + kJumpRetry <= fDeadline)
+    return kJumpRetry;
+  finish(outcome, screen);
+  return std::nullopt;
+}
+
+JumpOutcome DialogJumper::tryOnce(std::optional<ScreenState>* screen) {
+  const auto end = fNow() + kJumpSearchTime;
+  const auto button = findDefaultButton(*fDialog, SearchLimits{}, [&] { return fNow() >= end; });
+  const auto place = button != nullptr ? button->place() : std::nullopt;
+  if (!place)
+    return JumpOutcome::kNoButton;
+  // Once more: the search takes its time, and the hand goes on.
+  *screen = fScreen.look();
+  if (!*screen)
+    return JumpOutcome::kOutOfWindow;
+  const JumpDecision decision = decideJump(*place, **screen);
+  if (decision.outcome == JumpOutcome::kMoved)
+    fScreen.moveTo(decision.target);
+  return decision.outcome;
+}
+
+void DialogJumper::finish(JumpOutcome outcome, const std::optional<ScreenState>& screen) {
+  // Without a window manager nothing tells one window from another.
+  if (screen && screen->activeWindow != 0) {
+    fDone.emplace_back(std::move(fId), screen->activeWindow);
+    fScreen.watch(screen->activeWindow);
+  }
+  fDialog.reset();
+  fReport(outcome);
+}
+
+}  // namespace veltrix
