@@ -43,6 +43,8 @@ Json named(const Json& properties) {
   for (auto& device : json["DriverDevices"]) {
     device = driverDeviceOf(device);
   }
+  const Json last = json.at("LastJump");
+  json["LastJump"] = {{"dialogs", last.at(0)}, {"outcome", last.at(1)}};
   return json;
 }
 
@@ -94,6 +96,15 @@ void printDevice(const Json& device, const Json& record) {
             << textOf(record.at(3)) << '\n';
 }
 
+std::string jumpText(const Json& properties) {
+  const Json& last = properties.at("LastJump");
+  std::string text = textOf(properties.at("JumpState"));
+  if (const auto outcome = textOf(last.at(1)); !outcome.empty()) {
+    text += ", dialogs: " + last.at(0).dump() + ", the last: " + outcome;
+  }
+  return text;
+}
+
 void print(const Json& properties) {
   std::cout << "VeltrixHelper " << textOf(properties.at("Version"))
             << (properties.at("Simulated").get<bool>() ? ", with simulated trackballs" : "") << '\n';
@@ -104,6 +115,7 @@ void print(const Json& properties) {
   }
   std::cout << "window open: " << (properties.at("PaneShown").get<bool>() ? "yes" : "no")
             << "\naccessibility: " << (properties.at("AccessibilityGranted").get<bool>() ? "yes" : "no")
+            << "\njumping: " << jumpText(properties)
             << "\nlast message: " << textOf(properties.at("LastMessage")) << '\n';
   std::cout << "driver: "
             << driverText(textOf(properties.at("DriverState")), textOf(properties.at("DriverVersion")),

@@ -18,7 +18,7 @@ constexpr std::uint16_t kDeviceStateLayout = 1;
 
 HelperCore::HelperCore(std::string userSettingsPath, std::string factorySettingsPath)
     : fSettings(std::move(userSettingsPath), std::move(factorySettingsPath)), fDueReadings(1) {
-  // No desktop on Linux asks the user before a program of the session may move the pointer.
+  // As long as nobody says otherwise.
   fList.helperState = kVeltrixHelperStateAccessibility;
   settle();
 }

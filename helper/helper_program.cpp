@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "helper/helper_service.h"
+#include "helper/jump/accessibility_watch.h"
 #include "helper/simulation_interface.h"
 #include "helper/udev_device_source.h"
 #include "platform/bundle.h"
@@ -60,6 +61,12 @@ Status startDriver(HelperService& service, const HelperOptions& options) {
   return service.startDriver(options.driverSocket.value_or(kDriverSocketPath));
 }
 
+// Without real trackballs the answer is the simulation's.
+Status watchAccessibility(AccessibilityWatch& watch, HelperCore& core, sd_bus* bus) {
+  core.setAccessibility(false);
+  return isX11Session() ? watch.start(bus) : Done{};
+}
+
 // Everything is acquired first; then the names make it visible.
 int serve(const HelperOptions& options, const Keeper* keeper, sd_bus* bus, sd_event* loop,
           const bool* stopped) {
@@ -67,6 +74,7 @@ int serve(const HelperOptions& options, const Keeper* keeper, sd_bus* bus, sd_ev
   std::unique_ptr<DeviceSource> source;
   std::unique_ptr<SimulationInterface> simulation;
   HelperService service(bus, loop, core, options.simulated.has_value());
+  AccessibilityWatch accessibility([&core](bool isOn) { core.setAccessibility(isOn); });
   Status ready = service.publish();
   if (options.simulated) {
     auto simulated = std::make_unique<SimulatedDeviceSource>(*options.simulated);
@@ -76,6 +84,8 @@ int serve(const HelperOptions& options, const Keeper* keeper, sd_bus* bus, sd_ev
     source = std::move(simulated);
   } else {
     source = std::make_unique<UdevDeviceSource>(loop);
+    if (ready)
+      ready = watchAccessibility(accessibility, core, bus);
   }
   if (ready)
     ready = source->start(core);
@@ -89,6 +99,7 @@ int serve(const HelperOptions& options, const Keeper* keeper, sd_bus* bus, sd_ev
   // Last, because a second helper that leaves must not take the driver from the first.
   if (const Status driver = startDriver(service, options); !driver)
     return complain(driver.error().message, kExitCannotStart);
+  service.startJump(Bundle::standard().resourcePath() + "/veltrix-jump");
   if (keeper != nullptr)
     keeper->keep();
   runEventLoop(loop, stopped);

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "helperlink/helper_protocol.h"
@@ -69,6 +70,19 @@ Status HelperService::startDriver(const std::string& socketPath) {
   return started;
 }
 
+void HelperService::startJump(const std::string& programPath) {
+  fJump = std::make_unique<JumpProgram>(fLoop, programPath,
+                                        [this](const JumpReport& report) { fStatus.setJump(report); });
+  decideJump();
+}
+
+void HelperService::decideJump() {
+  const auto wants = [](const ConnectedDevice& device) { return device.record.jumps; };
+  const bool isPossible = (fCore.deviceList().helperState & kVeltrixHelperStateAccessibility) != 0;
+  if (fJump != nullptr)
+    fJump->setWanted(isPossible && std::any_of(fCore.devices().begin(), fCore.devices().end(), wants));
+}
+
 void HelperService::setMonitored(bool monitored) {
   if (fDriver != nullptr)
     fDriver->setMonitored(monitored);
@@ -85,11 +99,13 @@ void HelperService::readingIsDue() {
 
 void HelperService::settingsRead() {
   tellDriver();
+  decideJump();
   fStatus.announce({"Generation", "SettingsState", "SettingsError", "Records"});
 }
 
 void HelperService::devicesChanged() {
   tellDriver();
+  decideJump();
   Event event(EventAddress(kPaneApplication), kVeltrixEventClass, kDeviceStateEvent);
   const DeviceState state = fCore.deviceState();
   // Nobody waits for it and a pane that is not there misses nothing: it asks for the devices itself.

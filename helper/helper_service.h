@@ -4,6 +4,7 @@
 
 #include "helper/driver_link.h"
 #include "helper/helper_core.h"
+#include "helper/jump/jump_program.h"
 #include "helper/monitor_interface.h"
 #include "helper/status_interface.h"
 #include "platform/event_loop.h"
@@ -30,6 +31,10 @@ class HelperService final : public HelperObserver, public DriverListener {
   // Connects to the driver at that socket and stays connected. Called once.
   Status startDriver(const std::string& socketPath);
 
+  // Has the program at that path move the pointer to the default buttons of dialogs, whenever a connected
+  // trackball is set to do so and it is possible. Called once.
+  void startJump(const std::string& programPath);
+
   void readingIsDue() override;
   void settingsRead() override;
   void devicesChanged() override;
@@ -41,6 +46,7 @@ class HelperService final : public HelperObserver, public DriverListener {
 
  private:
   void tellDriver();
+  void decideJump();
   void setMonitored(bool monitored);
 
   sd_bus* fBus;
@@ -51,6 +57,7 @@ class HelperService final : public HelperObserver, public DriverListener {
   std::unique_ptr<EventReceiver> fReceiver;
   EventSourceHandle fReading;
   std::unique_ptr<DriverLink> fDriver;
+  std::unique_ptr<JumpProgram> fJump;
 };
 
 }  // namespace veltrix

@@ -152,6 +152,14 @@ int writeDriverDevices(Reply reply, const StatusInterface& status, const HelperC
   return result < 0 ? result : sd_bus_message_close_container(reply);
 }
 
+int writeJumpState(Reply reply, const StatusInterface& status, const HelperCore& /*core*/) {
+  return appendText(reply, jumpStateText(status.jump().state));
+}
+int writeLastJump(Reply reply, const StatusInterface& status, const HelperCore& /*core*/) {
+  const JumpReport& jump = status.jump();
+  return sd_bus_message_append(reply, "(us)", jump.dialogs, jumpOutcomeText(jump.outcome));
+}
+
 constexpr std::uint64_t kChanging = SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE;
 constexpr std::uint64_t kConstant = SD_BUS_VTABLE_PROPERTY_CONST;
 
@@ -173,6 +181,8 @@ constexpr sd_bus_vtable kHelperTable[] = {
     SD_BUS_PROPERTY("DriverVersion", "s", get<writeDriverVersion>, 0, kChanging),
     SD_BUS_PROPERTY("DriverError", "i", get<writeDriverError>, 0, kChanging),
     SD_BUS_PROPERTY("DriverDevices", "a(uqqqsi)", get<writeDriverDevices>, 0, kChanging),
+    SD_BUS_PROPERTY("JumpState", "s", get<writeJumpState>, 0, kChanging),
+    SD_BUS_PROPERTY("LastJump", "(us)", get<writeLastJump>, 0, kChanging),
     SD_BUS_VTABLE_END,
 };
 
@@ -199,6 +209,11 @@ void StatusInterface::setDriver(const DriverReport& driver) {
     return;
   fDriver = driver;
   announce({"DriverState", "DriverVersion", "DriverError", "DriverDevices"});
+}
+
+void StatusInterface::setJump(const JumpReport& jump) {
+  fJump = jump;
+  announce({"JumpState", "LastJump"});
 }
 
 void StatusInterface::announce(std::initializer_list<const char*> properties) const {

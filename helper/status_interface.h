@@ -5,6 +5,7 @@
 
 #include "helper/driver_report.h"
 #include "helper/helper_core.h"
+#include "helper/jump/jump_program.h"
 #include "util/result.h"
 
 struct sd_bus;
@@ -38,12 +39,15 @@ class StatusInterface {
 
   HelperCore& core() const { return fCore; }
   const DriverReport& driver() const { return fDriver; }
+  void setJump(const JumpReport& jump);
+  const JumpReport& jump() const { return fJump; }
   bool simulated() const { return fSimulated; }
 
  private:
   HelperCore& fCore;
   bool fSimulated;
   DriverReport fDriver;
+  JumpReport fJump;
   sd_bus* fBus = nullptr;
   BusSlotHandle fSlot;
 };

@@ -62,6 +62,9 @@ int getProperty(sd_bus* /*bus*/, const char* /*path*/, const char* /*interface*/
   if (name == "DriverDevices") {
     return sd_bus_message_append(reply, "a(uqqqsi)", 1, 7, 0xA1D0, 0x2041, 0x0107, "failed", EACCES);
   }
+  if (name == "LastJump") {
+    return sd_bus_message_append(reply, "(us)", 3, "moved");
+  }
   const bool isFlag = name == "Simulated" || name == "AccessibilityGranted" || name == "PaneShown";
   return isFlag ? sd_bus_message_append(reply, "b", name == "Simulated" ? 1 : 0)
                 : sd_bus_message_append(reply, "s", ("<" + name + ">").c_str());
@@ -85,6 +88,8 @@ constexpr sd_bus_vtable kTable[] = {
     SD_BUS_PROPERTY("DriverVersion", "s", getProperty, 0, 0),
     SD_BUS_PROPERTY("DriverError", "i", getProperty, 0, 0),
     SD_BUS_PROPERTY("DriverDevices", "a(uqqqsi)", getProperty, 0, 0),
+    SD_BUS_PROPERTY("JumpState", "s", getProperty, 0, 0),
+    SD_BUS_PROPERTY("LastJump", "(us)", getProperty, 0, 0),
     SD_BUS_VTABLE_END,
 };
 
@@ -153,6 +158,7 @@ TEST_F(CtlHelper, StatusPrintsWhatTheHelperKnows) {
              "problem: <SettingsError>\n"
              "window open: no\n"
              "accessibility: no\n"
+             "jumping: <JumpState>, dialogs: 3, the last: moved\n"
              "last message: <LastMessage>\n"
              "driver: works, version <DriverVersion>\n"
              "A1D0:2041:0107  Skiffline™ Trackball  (usb-1)\n"
@@ -183,6 +189,7 @@ TEST_F(CtlHelper, StatusPrintsJson) {
   EXPECT_EQ(status["Records"][0],
             nlohmann::json({{"id", "usb-1"}, {"entryIndex", 3}, {"global", false}, {"record", "01ff"}}));
   EXPECT_EQ(status["DriverState"], "connected");
+  EXPECT_EQ(status["LastJump"], nlohmann::json({{"dialogs", 3}, {"outcome", "moved"}}));
   EXPECT_EQ(status["DriverDevices"], nlohmann::json::array({{{"number", 7},
                                                              {"vendor", 0xA1D0},
                                                              {"product", 0x2041},

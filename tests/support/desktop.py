@@ -6,6 +6,7 @@ import contextlib
 import json
 import os
 import pathlib
+import plistlib
 import signal
 import subprocess
 import sys
@@ -195,6 +196,14 @@ class Desktop:
         process = self.start([self.helper_program, *options])
         wait_until(lambda: self.ctl("devices").returncode == 0, "the helper to answer")
         return process
+
+    def set_jump(self, jump):
+        """Writes the factory settings with jumping turned on or off for every trackball."""
+        document = plistlib.loads((self.build / "lib/veltrix/DefaultSettings.plist").read_bytes())
+        for entry in document["devices"]:
+            entry["options"]["jump"] = jump
+        self.settings_file.parent.mkdir(parents=True, exist_ok=True)
+        self.settings_file.write_bytes(plistlib.dumps(document))
 
     def start_window(self, *options, **arguments):
         return self.start([self.program("veltrix-settings"), *options], **arguments)
