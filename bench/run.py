@@ -18,7 +18,7 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/support"))
 import driver_figures  # noqa: E402
-from desktop import Desktop, isolate  # noqa: E402
+from desktop import Desktop, isolate, wait_until  # noqa: E402
 
 SIMULATED = "A1D0:2041:0107,A1D0:1020:0100,A1D0:8002:0203"
 
@@ -141,15 +141,37 @@ def switches(pid):
     return total
 
 
-def helper_figures(table, process, seconds=5):
-    before = switches(process.pid)
-    time.sleep(seconds)
-    wakeups = (switches(process.pid) - before) / seconds
-    for line in pathlib.Path(f"/proc/{process.pid}/smaps_rollup").read_text().splitlines():
+def mebibytes(pid):
+    """Memory of a process, what it shares with others counted in parts."""
+    for line in pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines():
         if line.startswith("Pss:"):
-            pss = int(line.split()[1]) / 1024
-    table.add("helper, memory (PSS)", f"{pss:.2f} MiB", "< 6 MiB")
+            return int(line.split()[1]) / 1024
+    sys.exit(f"bench: process {pid} has no memory")
+
+
+def wakeups_a_second(pid, seconds=5):
+    before = switches(pid)
+    time.sleep(seconds)
+    return (switches(pid) - before) / seconds
+
+
+def helper_figures(table, process):
+    wakeups = wakeups_a_second(process.pid)
+    table.add("helper, memory (PSS)", f"{mebibytes(process.pid):.2f} MiB", "< 6 MiB")
     table.add("helper, wake-ups a second with no pane open", f"{wakeups:.1f}", "0")
+
+
+def jump_figures(table, build):
+    """The program that is there only for those who let the pointer jump."""
+    with Desktop(build, accessibility=True) as desktop:
+        desktop.set_jump(True)
+        helper = desktop.start_helper(SIMULATED)
+        wait_until(lambda: desktop.status()["JumpState"] == "listening", "jumping to be ready")
+        (pid,) = pathlib.Path(f"/proc/{helper.pid}/task/{helper.pid}/children").read_text().split()
+        wakeups = wakeups_a_second(pid)
+        table.add("veltrix-jump, memory (PSS)", f"{mebibytes(pid):.2f} MiB")
+        table.add("helper beside it, memory (PSS)", f"{mebibytes(helper.pid):.2f} MiB", "< 6 MiB")
+        table.add("veltrix-jump, wake-ups a second with no dialog", f"{wakeups:.1f}", "0")
 
 
 def desktop_figures(table, build, rounds):
@@ -176,6 +198,7 @@ def main():
     table, pages = Table(), []
     if arguments.part != "driver":
         desktop_figures(table, arguments.build, arguments.rounds)
+        jump_figures(table, arguments.build)
     if arguments.part != "desktop":
         try:
             summary, pages = driver_figures.report(arguments.build, arguments.vm_rounds)
