@@ -14,6 +14,8 @@ KEY_A = 30
 HOLDS_KEY = {0: 1, 1: (10, 0, 0), 12: (20, 0, 3)}  # a click, the key A
 PLUG_CYCLES, PLUGGED_AT_ONCE = 100, 5
 
+LOOKS_AT_THE_CLOCK = True
+
 
 class TrackballTest(DriverCase):
     def test_two_trackballs_share_what_they_hold(self):

@@ -14,6 +14,8 @@ KEY_A = 30
 HOLDS_KEY = {0: 1, 1: (10, 0, 0), 12: (20, 0, 3)}  # a click, the key A
 OTHER_USER = 4321
 
+LOOKS_AT_THE_CLOCK = True
+
 
 class HelperTest(DriverCase):
     def test_gone_helper_leaves_a_plain_mouse(self):

@@ -10,6 +10,8 @@ from case import DriverCase
 ACTIONS = {0: 1, 1: (10, 0, 0), 2: 7, 3: (10, 256, 1), 12: (20, 0, 3)}
 ROUNDS_WITH_DRIVER, ROUNDS_WITH_HELPER = 65, 105
 
+LOOKS_AT_THE_CLOCK = True
+
 
 class KillTest(DriverCase):
     def setUp(self):
