@@ -1,17 +1,15 @@
 #include "helper/jump/jump_program.h"
 
 #include <signal.h>
-#include <spawn.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
-#include <sys/syscall.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
+
+#include "helper/desktop/child_environment.h"
+#include "util/system_error.h"
 
 namespace veltrix {
 
@@ -34,38 +32,6 @@ int onTime(sd_event_source* /*source*/, std::uint64_t /*time*/, void* program) {
   static_cast<JumpProgram*>(program)->startAgain();
   return 0;
 }
-
-// What the program is to have otherwise than this process: the socket as its input, and signals as usual.
-class SpawnPlan {
- public:
-  explicit SpawnPlan(int socket) {
-    posix_spawn_file_actions_init(&fActions);
-    posix_spawn_file_actions_adddup2(&fActions, socket, STDIN_FILENO);
-    posix_spawnattr_init(&fAttributes);
-    sigset_t signals;
-    sigemptyset(&signals);
-    posix_spawnattr_setsigmask(&fAttributes, &signals);
-    sigaddset(&signals, SIGPIPE);
-    posix_spawnattr_setsigdefault(&fAttributes, &signals);
-    posix_spawnattr_setflags(&fAttributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-  }
-  ~SpawnPlan() {
-    posix_spawnattr_destroy(&fAttributes);
-    posix_spawn_file_actions_destroy(&fActions);
-  }
-  SpawnPlan(const SpawnPlan&) = delete;
-  SpawnPlan& operator=(const SpawnPlan&) = delete;
-
-  // 0 or an errno value.
-  int run(const std::string& path, pid_t* pid) const {
-    std::array<char*, 2> arguments = {const_cast<char*>(path.c_str()), nullptr};
-    return posix_spawn(pid, path.c_str(), &fActions, &fAttributes, arguments.data(), environ);
-  }
-
- private:
-  posix_spawn_file_actions_t fActions{};
-  posix_spawnattr_t fAttributes{};
-};
 
 }  // namespace
 
@@ -105,14 +71,14 @@ void JumpProgram::setWanted(bool wanted) {
   if (!wanted) {
     stop();
     announce(JumpState::kOff);
-  } else if (fPid == 0) {
+  } else if (fProgram.pid <= 0) {
     startAgain();
   }  // else the former one has not ended yet, which starts the next
 }
 
 void JumpProgram::startAgain() {
-  if (const int problem = start(); problem != 0) {
-    std::fprintf(stderr, "VeltrixHelper: cannot start %s: %s\n", fPath.c_str(), std::strerror(problem));
+  if (const Status started = start(); !started) {
+    std::fprintf(stderr, "VeltrixHelper: %s\n", started.error().message.c_str());
     stop();
     collect();
     retryLater();
@@ -121,25 +87,25 @@ void JumpProgram::startAgain() {
   }
 }
 
-int JumpProgram::start() {
+Status JumpProgram::start() {
   std::array<int, 2> ends = {-1, -1};
   if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
-    return errno;
+    return systemError(errno, "cannot start", fPath);
   fSocket.reset(ends[0]);
   const FileDescriptor programsEnd(ends[1]);
-  if (const int problem = SpawnPlan(programsEnd.get()).run(fPath, &fPid); problem != 0) {
-    fPid = 0;
-    return problem;
-  }
   fStartedAt = Clock::now();
-  fProcess.reset(static_cast<int>(syscall(SYS_pidfd_open, fPid, 0)));
-  return fProcess && watch() ? 0 : errno;
+  auto started =
+      startProgram({.arguments = {fPath}, .environment = childEnvironment(), .extra = programsEnd.get()});
+  if (!started)
+    return started.error();
+  fProgram = std::move(started.value());
+  return watch() ? Status(Done()) : Error{0, "cannot watch " + fPath, std::nullopt};
 }
 
 bool JumpProgram::watch() {
   sd_event_source* ending = nullptr;
   sd_event_source* reading = nullptr;
-  const bool watched = sd_event_add_io(fLoop, &ending, fProcess.get(), EPOLLIN, onEnd, this) >= 0 &&
+  const bool watched = sd_event_add_io(fLoop, &ending, fProgram.process.get(), EPOLLIN, onEnd, this) >= 0 &&
                        sd_event_add_io(fLoop, &reading, fSocket.get(), EPOLLIN, onMessage, this) >= 0;
   fEnding.reset(ending);
   fReading.reset(reading);
@@ -183,19 +149,18 @@ void JumpProgram::ended() {
 void JumpProgram::stop() {
   fReading.reset();
   fSocket.reset();
-  if (fPid != 0)
-    ::kill(fPid, SIGKILL);
-  fStopped = fPid != 0;
+  fStopped = fProgram.pid > 0;
+  if (fStopped)
+    kill(fProgram.pid, SIGKILL);
 }
 
 void JumpProgram::collect() {
   fReading.reset();
   fSocket.reset();
   fEnding.reset();
-  fProcess.reset();
-  if (fPid != 0)
-    waitpid(fPid, nullptr, WNOHANG);
-  fPid = 0;
+  if (fProgram.pid > 0)
+    collectProgram(fProgram);
+  fProgram = StartedProgram();
   fStopped = false;
 }
 

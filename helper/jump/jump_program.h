@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <chrono>
 #include <functional>
 #include <string>
@@ -9,6 +7,7 @@
 #include "helper/jump/jump_message.h"
 #include "helper/reconnect_delay.h"
 #include "platform/event_loop.h"
+#include "platform/program_start.h"
 #include "util/file_descriptor.h"
 
 namespace veltrix {
@@ -54,7 +53,7 @@ class JumpProgram {
  private:
   using Clock = std::chrono::steady_clock;
 
-  int start();
+  Status start();
   bool watch();
   void stop();
   void collect();
@@ -69,8 +68,7 @@ class JumpProgram {
   bool fStopped = false;  // it was killed from here and has not ended yet
   Clock::time_point fStartedAt{};
   ReconnectDelay fDelay;
-  pid_t fPid = 0;  // 0: does not run
-  FileDescriptor fProcess;
+  StartedProgram fProgram;
   FileDescriptor fSocket;
   EventSourceHandle fEnding;
   EventSourceHandle fReading;

@@ -1,10 +1,10 @@
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <cstdio>
 #include <string>
 
 #include "helper/jump/jump_listener.h"
+#include "platform/program_start.h"
 
 namespace {
 
@@ -21,11 +21,11 @@ bool isSocket(int descriptor) {
 }  // namespace
 
 int main(int argc, char** /*argv*/) {
-  if (argc > 1 || !isSocket(STDIN_FILENO)) {
+  if (argc > 1 || !isSocket(veltrix::kExtraDescriptor)) {
     std::fputs("veltrix-jump: VeltrixHelper starts this program; it is of no use alone\n", stderr);
     return kExitUsage;
   }
-  const std::string problem = veltrix::listenForDialogs(STDIN_FILENO);
+  const std::string problem = veltrix::listenForDialogs(veltrix::kExtraDescriptor);
   if (problem.empty())
     return kExitDone;
   std::fprintf(stderr, "veltrix-jump: %s\n", problem.c_str());

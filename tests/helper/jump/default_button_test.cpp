@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/helper/fake_parts.h"
+#include "tests/helper/jump/fake_parts.h"
 
 namespace veltrix {
 namespace {

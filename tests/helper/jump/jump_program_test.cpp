@@ -18,9 +18,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// What a script writes to its standard input, which is the socket: the two kinds of messages.
-constexpr const char* kSayReady = R"(printf '\001\0\0\0\0\0\0\0' >&0)";
-constexpr const char* kSayMoved = R"(printf '\002\0\0\0\001\0\0\0' >&0)";
+// What a script writes to the socket: the two kinds of messages.
+constexpr const char* kSayReady = R"(printf '\001\0\0\0\0\0\0\0' >&3)";
+constexpr const char* kSayMoved = R"(printf '\002\0\0\0\001\0\0\0' >&3)";
 
 class JumpProgramTest : public ::testing::Test {
  protected:
@@ -58,7 +58,7 @@ class JumpProgramTest : public ::testing::Test {
 };
 
 TEST_F(JumpProgramTest, NothingRunsUntilItIsWanted) {
-  JumpProgram& program = make(script("read x <&0"));
+  JumpProgram& program = make(script("read x <&3"));
   program.setWanted(false);
   EXPECT_EQ(program.report(), JumpReport());
   EXPECT_TRUE(fReports.empty());
@@ -66,19 +66,19 @@ TEST_F(JumpProgramTest, NothingRunsUntilItIsWanted) {
 }
 
 TEST_F(JumpProgramTest, ListensOnceTheProgramSaysSo) {
-  make(script(std::string(kSayReady) + "\nread x <&0")).setWanted(true);
+  make(script(std::string(kSayReady) + "\nread x <&3")).setWanted(true);
   EXPECT_EQ(fProgram->report().state, JumpState::kStarting);
   EXPECT_TRUE(runUntilState(JumpState::kListening));
 }
 
 TEST_F(JumpProgramTest, TellsOfEachDialog) {
-  make(script(std::string(kSayReady) + "\n" + kSayMoved + "\n" + kSayMoved + "\nread x <&0")).setWanted(true);
+  make(script(std::string(kSayReady) + "\n" + kSayMoved + "\n" + kSayMoved + "\nread x <&3")).setWanted(true);
   EXPECT_TRUE(runUntil([&] { return fProgram->report().dialogs == 2; }));
   EXPECT_STREQ(jumpOutcomeText(fProgram->report().outcome), "moved");
 }
 
 TEST_F(JumpProgramTest, EndsWhenItIsNoLongerWanted) {
-  make(script(std::string(kSayReady) + "\ntrap '' TERM\nread x <&0\nexec sleep 1000")).setWanted(true);
+  make(script(std::string(kSayReady) + "\ntrap '' TERM\nread x <&3\nexec sleep 1000")).setWanted(true);
   ASSERT_TRUE(runUntilState(JumpState::kListening));
   fProgram->setWanted(false);
   EXPECT_EQ(fProgram->report().state, JumpState::kOff);
@@ -86,7 +86,7 @@ TEST_F(JumpProgramTest, EndsWhenItIsNoLongerWanted) {
 }
 
 TEST_F(JumpProgramTest, IsStartedAnewWhenItIsWantedAgainBeforeItHasEnded) {
-  make(script(std::string(kSayReady) + "\nread x <&0")).setWanted(true);
+  make(script(std::string(kSayReady) + "\nread x <&3")).setWanted(true);
   ASSERT_TRUE(runUntilState(JumpState::kListening));
   fProgram->setWanted(false);
   fProgram->setWanted(true);
@@ -104,7 +104,7 @@ TEST_F(JumpProgramTest, OneThatEndsByItselfIsStartedAgainAfterAWhile) {
 }
 
 TEST_F(JumpProgramTest, OneThatIsKilledIsStartedAgain) {
-  make(script(std::string(kSayReady) + "\nread x <&0")).setWanted(true);
+  make(script(std::string(kSayReady) + "\nread x <&3")).setWanted(true);
   ASSERT_TRUE(runUntilState(JumpState::kListening));
   ::kill(starts().at(0), SIGKILL);
   ASSERT_TRUE(runUntilState(JumpState::kFailed));
@@ -115,7 +115,7 @@ TEST_F(JumpProgramTest, OneThatIsKilledIsStartedAgain) {
 TEST_F(JumpProgramTest, ProgramThatIsMissingIsAFailureAndNoMore) {
   make(fFolder / "missing").setWanted(true);
   EXPECT_EQ(fProgram->report().state, JumpState::kFailed);
-  script(std::string(kSayReady) + "\nread x <&0");
+  script(std::string(kSayReady) + "\nread x <&3");
   std::filesystem::rename(fFolder / "program", fFolder / "missing");
   EXPECT_TRUE(runUntilState(JumpState::kListening));
 }
@@ -131,7 +131,7 @@ TEST_F(JumpProgramTest, NoLongerWantedBetweenTwoStartsMeansNoStart) {
 }
 
 TEST_F(JumpProgramTest, EndsWithTheObject) {
-  make(script(std::string(kSayReady) + "\nread x <&0\nexec sleep 1000")).setWanted(true);
+  make(script(std::string(kSayReady) + "\nread x <&3\nexec sleep 1000")).setWanted(true);
   ASSERT_TRUE(runUntilState(JumpState::kListening));
   const FileDescriptor process(static_cast<int>(syscall(SYS_pidfd_open, starts().at(0), 0)));
   fProgram.reset();
@@ -140,8 +140,8 @@ TEST_F(JumpProgramTest, EndsWithTheObject) {
 }
 
 TEST_F(JumpProgramTest, GarbageIsPassedOver) {
-  make(script(std::string("printf abc >&0\nprintf '\\011\\0\\0\\0\\0\\0\\0\\0' >&0\n") + kSayReady +
-              "\nread x <&0"))
+  make(script(std::string("printf abc >&3\nprintf '\\011\\0\\0\\0\\0\\0\\0\\0' >&3\n") + kSayReady +
+              "\nread x <&3"))
       .setWanted(true);
   EXPECT_TRUE(runUntilState(JumpState::kListening));
   EXPECT_EQ(fProgram->report().dialogs, 0U);

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/helper/fake_parts.h"
+#include "tests/helper/jump/fake_parts.h"
 
 namespace veltrix {
 namespace {
