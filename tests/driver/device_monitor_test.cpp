@@ -99,6 +99,15 @@ TEST_F(DeviceMonitorTest, FindsWhatIsThereAtTheStart) {
   EXPECT_EQ(node.address, (DeviceAddress{0xA1D0, 0x2041, 0x010B, 0}));
 }
 
+TEST_F(DeviceMonitorTest, FindsTrackballsOfNoKnownKind) {
+  addNode(69, addInput({.product = "feed"}));
+  finish("c13:69");
+  start();
+  ASSERT_EQ(log.there.count("c13:69"), 1U);
+  EXPECT_EQ(log.there.at("c13:69").kind, InputNode::Kind::kTrackball);
+  EXPECT_EQ(log.there.at("c13:69").address.product, 0xFEED);
+}
+
 TEST_F(DeviceMonitorTest, ANodeCountsOnceUdevHasFinishedWithIt) {
   start();
   addNode(69, addInput({}));

@@ -50,6 +50,27 @@ class DriverHandOver : public ::testing::Test {
   std::unique_ptr<FakeDriver> fDriver;
 };
 
+TEST_F(DriverHandOver, GivesATrackballOfNoKnownKindTheRecordForEveryDevice) {
+  auto global = testing::entryOf(0, 0);
+  global.set("buttons", dictionaryOf({{"03", testing::actionOf(180)}}));
+  testing::writeFile(fSession.settingsPath(),
+                     plist::writeXml(testing::documentOf({testing::entryOf(0xA1D0, 0x2041), global})).value());
+  startHelper("A1D0:FEED:0100");
+  ASSERT_TRUE(fDriver->welcome());
+  auto order = fDriver->receive<ApplyPacket>();
+  ASSERT_TRUE(order);
+  EXPECT_EQ(order->device, (DeviceAddress{0xA1D0, 0xFEED, 0x100, 0}));
+  EXPECT_EQ(order->record.driverEnabled, 1);
+  EXPECT_EQ(order->record.action[3].command, 180);
+  // One that is switched off leaves the trackball an ordinary mouse.
+  global.set("driver enabled", false);
+  testing::writeFile(fSession.settingsPath(), plist::writeXml(testing::documentOf({global})).value());
+  ASSERT_EQ(VeltrixSendMessageToHelper(kSettingsChangedMessage), 0);
+  order = fDriver->receive<ApplyPacket>();
+  ASSERT_TRUE(order);
+  EXPECT_EQ(order->record.driverEnabled, 0);
+}
+
 TEST_F(DriverHandOver, GivesTheRecordOfEachTrackballAndEachChangeOfIt) {
   writeSpeed(400);
   startHelper();

@@ -84,6 +84,13 @@ TEST_F(UdevDeviceSourceTest, FindsWhatIsConnectedAtTheStart) {
   EXPECT_EQ(entryText(entry.productName), "Skiffline Trackball");
 }
 
+TEST_F(UdevDeviceSourceTest, FindsTrackballsOfNoKnownKind) {
+  fBed.addNode("event5", fBed.addUsb({.name = "1-1", .product = "feed"}));
+  start();
+  ASSERT_EQ(fLog.connected.size(), 1U);
+  EXPECT_EQ(fLog.connected[0].entry.productID, 0xFEED);
+}
+
 TEST_F(UdevDeviceSourceTest, LeavesOtherDevicesAlone) {
   fBed.addNode("event5", fBed.addUsb({.name = "1-1", .vendor = "046d"}));
   fBed.addNode("event6", "");
