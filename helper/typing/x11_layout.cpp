@@ -71,7 +71,9 @@ bool X11Layout::connect(sd_event* loop, const std::string& display) {
 }
 
 void X11Layout::serve() {
-  while (fConnection && (takeEvents() || takeAnswer())) {
+  // Looking for an answer may read events, of which the descriptor then tells nobody.
+  while (fConnection && (takeEvents(xcb_poll_for_event) || takeAnswer() ||
+                         takeEvents(xcb_poll_for_queued_event))) {
   }
   if (fConnection && xcb_connection_has_error(fConnection.get()) != 0) {
     disconnect();
@@ -79,9 +81,9 @@ void X11Layout::serve() {
 }
 
 // False when there was none.
-bool X11Layout::takeEvents() {
+bool X11Layout::takeEvents(xcb_generic_event_t* (*poll)(xcb_connection_t*)) {
   bool any = false;
-  while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(fConnection.get()), &std::free}) {
+  while (const Reply<xcb_generic_event_t> event{poll(fConnection.get()), &std::free}) {
     any = true;
     take(*event);
   }

@@ -37,7 +37,7 @@ class X11Layout {
   const xkb::FoundKeymap& found() const { return fFound; }
 
  private:
-  bool takeEvents();
+  bool takeEvents(xcb_generic_event_t* (*poll)(xcb_connection_t*));
   void take(const xcb_generic_event_t& event);
   bool takeAnswer();
   void askWhetherServerIsFree();
