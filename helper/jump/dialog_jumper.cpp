@@ -51,7 +51,11 @@ JumpOutcome DialogJumper::tryOnce(std::optional<ScreenState>* screen) {
   *screen = fScreen.look();
   if (!*screen)
     return JumpOutcome::kOutOfWindow;
-  const JumpDecision decision = decideJump(*place, **screen);
+  const auto dialog = (*screen)->activeWindow != 0 ? fDialog->place() : std::nullopt;
+  const auto area = dialog ? inScreenPixels(*place, *dialog, (*screen)->activeArea) : place;
+  if (!area)
+    return JumpOutcome::kOutOfWindow;
+  const JumpDecision decision = decideJump(*area, **screen);
   if (decision.outcome == JumpOutcome::kMoved)
     fScreen.moveTo(decision.target);
   return decision.outcome;

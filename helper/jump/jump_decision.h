@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "helper/jump/jump_message.h"
 
@@ -38,6 +39,12 @@ struct JumpDecision {
   JumpOutcome outcome;  // kMoved: the pointer is to be moved to `target`
   ScreenPoint target;
 };
+
+// Where a button of a dialog lies in pixels of the screen. On a scaled desktop programs count in pixels that
+// are two or more times as large; how many times is told by the width of the dialog, which the program has
+// given, beside that of its window, which the X server knows. Nothing when it is no whole number of times.
+std::optional<ScreenArea> inScreenPixels(const ScreenArea& button, const ScreenArea& dialog,
+                                         const ScreenArea& window);
 
 // Whether the pointer is to go to a button that lies at `button`.
 JumpDecision decideJump(const ScreenArea& button, const ScreenState& screen);

@@ -131,6 +131,17 @@ class ListeningTest(JumpTestCase):
         program = Program(self.desktop, [self.desktop.build / "tests/e2e/jump_qt_dialogs", "dialog"])
         self.expect_jump_to(program, 1)
 
+    def test_scaled_programs_are_served(self):
+        self.start()
+        self.desktop.environment.update(QT_SCALE_FACTOR="2", GDK_SCALE="2")
+        for dialogs, program in enumerate((self.qt(), self.gtk()), 1):
+            program.tell("dialog")
+            self.assertEqual(self.wait_for_dialogs(dialogs), "moved")
+            x, y, width, height = (2 * int(word) for word in program.tell("place").split())
+            self.assertEqual(self.pointer(), (x + width // 2, y + height // 2))
+            program.tell("close")
+            self.move_pointer(*CORNER)
+
     def test_same_dialog_opened_again_counts_again(self):
         self.start()
         program = self.qt()

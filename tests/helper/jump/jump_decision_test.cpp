@@ -54,6 +54,20 @@ TEST(JumpDecision, ButtonWithoutAnExtentIsNotBelieved) {
   EXPECT_EQ(decideJump({kLeast, kLeast, -1, -1}, screen).outcome, JumpOutcome::kOutOfWindow);
 }
 
+TEST(ScreenPixels, AreThoseOfTheProgramOnAnUnscaledDesktop) {
+  EXPECT_EQ(inScreenPixels(kButton, {200, 200, 300, 200}, {190, 180, 320, 230})->x, 300);
+  EXPECT_EQ(inScreenPixels(kButton, {200, 200, 0, 0}, {190, 180, 320, 230})->x, 300);
+}
+
+TEST(ScreenPixels, OfAScaledDesktopAreAWholeNumberToOne) {
+  const auto area = inScreenPixels(kButton, {200, 200, 300, 200}, {390, 380, 612, 430});
+  ASSERT_TRUE(area);
+  EXPECT_EQ(area->centre(), (ScreenPoint{680, 830}));
+  EXPECT_EQ(inScreenPixels(kButton, {200, 200, 300, 200}, {0, 0, 900, 600})->width, 240);
+  EXPECT_FALSE(inScreenPixels(kButton, {200, 200, 300, 200}, {0, 0, 450, 300}));
+  EXPECT_FALSE(inScreenPixels(kButton, {200, 200, 30, 20}, {0, 0, 900, 600}));
+}
+
 TEST(JumpDecision, PlacesBeyondAllScreensAreRefusedWithoutOverflow) {
   constexpr auto kMost = std::numeric_limits<std::int32_t>::max();
   EXPECT_EQ(decideJump({kMost, kMost, kMost, kMost}, screenWithPointerAt({10, 10})).outcome,
