@@ -51,7 +51,7 @@ inline constexpr CommandRow kSessionRows[] = {
     on(161, kOnGnome,
        sessionCall("org.gnome.ScreenSaver", "/org/gnome/ScreenSaver", "org.gnome.ScreenSaver", "SetActive",
                    {true})),
-    onWayland(161, kOnSway, CompositorAttempt{"output * dpms toggle"}),
+    onWayland(161, kOnSway, CompositorAttempt{"output - dpms toggle"}),
     // Switch User: a matter of the display manager, not of the desktop
     on(162, kOnEvery,
        systemCall("org.freedesktop.DisplayManager", "/org/freedesktop/DisplayManager/Seat0",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,12 @@ class XServer {
 
   // Gives it a keyboard layout by the arguments of setxkbmap.
   void setLayout(std::vector<std::string> arguments) const;
+
+  // Lets it hang without closing anything, and go on.
+  void freeze() const { fProcess.send(SIGSTOP); }
+  void thaw() const { fProcess.send(SIGCONT); }
+  // Ends it and with it every connection.
+  void stop() { fProcess.kill(); }
 
  private:
   ChildProcess fProcess;
