@@ -155,9 +155,9 @@ class TypingTest(DriverCase):
         self.keyboard = self.enterContext(uhid.Keyboard())
         self.ball = self.take(link.record({0: 1, 1: (10, 0, 1)}))  # a click, the key S
 
-    def begin(self, stoppable=True):
-        self.link.type_keys(1, self.STEPS, interval=20, stoppable=stoppable)
-        self.link.type_keys(2, self.STEPS, interval=20, stoppable=stoppable)
+    def begin(self, stoppable=True, interval=20):
+        self.link.type_keys(1, self.STEPS, interval=interval, stoppable=stoppable)
+        self.link.type_keys(2, self.STEPS, interval=interval, stoppable=stoppable)
         self.wait_for(self.driver.keyboard, (EV_KEY, KEY_A, 1))
 
     def expect_stop(self):
@@ -192,8 +192,9 @@ class TypingTest(DriverCase):
         self.assertEqual((answer.count, answer.outcome), (0, link.STOPPED))
 
     def test_keyboard_that_comes_meanwhile_counts(self):
-        self.begin()
+        self.begin(interval=100)
         late = self.enterContext(uhid.Keyboard("Late Keyboard"))
+        wait_until(lambda: late.node in self.driver.open_files(), "the driver to know of the keyboard")
         late.press(0x1B)
         self.expect_stop()
 

@@ -60,6 +60,16 @@ class Driver:
     def descriptors(self):
         return len(os.listdir(f"/proc/{self.process.pid}/fd"))
 
+    def open_files(self):
+        folder = f"/proc/{self.process.pid}/fd"
+        found = []
+        for descriptor in os.listdir(folder):
+            try:
+                found.append(os.readlink(f"{folder}/{descriptor}"))
+            except FileNotFoundError:  # closed in between
+                pass
+        return found
+
     def kill(self):
         """Ends it without a chance to tidy up; restart() is next."""
         self.process.kill()
