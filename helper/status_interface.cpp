@@ -188,10 +188,6 @@ constexpr sd_bus_vtable kHelperTable[] = {
 
 }  // namespace
 
-void BusSlotReleaser::operator()(sd_bus_slot* slot) const {
-  sd_bus_slot_unref(slot);
-}
-
 Status StatusInterface::publish(sd_bus* bus) {
   sd_bus_slot* slot = nullptr;
   const int result =

@@ -6,17 +6,12 @@
 #include "helper/driver_report.h"
 #include "helper/helper_core.h"
 #include "helper/jump/jump_program.h"
+#include "platform/session_bus.h"
 #include "util/result.h"
 
 struct sd_bus;
-struct sd_bus_slot;
 
 namespace veltrix {
-
-struct BusSlotReleaser {
-  void operator()(sd_bus_slot* slot) const;
-};
-using BusSlotHandle = std::unique_ptr<sd_bus_slot, BusSlotReleaser>;
 
 inline constexpr const char* kHelperObject = "/com/aldmoor/VeltrixHelper";
 inline constexpr const char* kHelperInterface = "com.aldmoor.VeltrixHelper1";

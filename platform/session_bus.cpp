@@ -23,6 +23,10 @@ void BusMessageReleaser::operator()(sd_bus_message* message) const {
   sd_bus_message_unref(message);
 }
 
+void BusSlotReleaser::operator()(sd_bus_slot* slot) const {
+  sd_bus_slot_unref(slot);
+}
+
 Result<BusHandle> startSessionBus(const std::string& address) {
   sd_bus* bus = nullptr;
   int result = 0;

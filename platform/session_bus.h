@@ -8,6 +8,7 @@
 
 struct sd_bus;
 struct sd_bus_message;
+struct sd_bus_slot;
 
 namespace veltrix {
 
@@ -21,6 +22,12 @@ struct BusMessageReleaser {
   void operator()(sd_bus_message* message) const;
 };
 using BusMessageHandle = std::unique_ptr<sd_bus_message, BusMessageReleaser>;
+
+// What was registered on a connection, or waits for an answer there; its end takes that back.
+struct BusSlotReleaser {
+  void operator()(sd_bus_slot* slot) const;
+};
+using BusSlotHandle = std::unique_ptr<sd_bus_slot, BusSlotReleaser>;
 
 using BusDeadline = std::chrono::steady_clock::time_point;
 

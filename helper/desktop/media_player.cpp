@@ -35,10 +35,6 @@ const char* textOfVariant(sd_bus_message* message) {
 
 }  // namespace
 
-void BusSlotReleaser::operator()(sd_bus_slot* slot) const {
-  sd_bus_slot_unref(slot);
-}
-
 MediaPlayers::MediaPlayers(sd_event* loop, sd_bus* session, std::chrono::milliseconds limit)
     : fSession(session), fLimit(limit), fCalls(loop) {
   watch();

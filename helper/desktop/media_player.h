@@ -8,15 +8,11 @@
 #include "helper/commands/command_session.h"
 #include "helper/desktop/pending_calls.h"
 #include "helper/desktop/player_ranking.h"
+#include "platform/session_bus.h"
 
 struct sd_bus;
 
 namespace veltrix {
-
-struct BusSlotReleaser {
-  void operator()(sd_bus_slot* slot) const;
-};
-using BusSlotHandle = std::unique_ptr<sd_bus_slot, BusSlotReleaser>;
 
 // Controls the media player that was active last, over MPRIS. Watches the players from its beginning, so
 // that it knows.
