@@ -5,23 +5,16 @@
 #include <utility>
 #include <vector>
 
-#include "platform/text_encoding.h"
+#include "helper/desktop/one_line.h"
 
 namespace veltrix {
 
 namespace {
 
-bool isControl(char c) {
-  return (c >= '\0' && c < ' ') || c == '\x7F';
-}
-
-// What others say of a failure may hold anything; what is shown of it is one line.
-std::string oneLine(std::string text) {
-  std::replace_if(text.begin(), text.end(), isControl, ' ');
-  if (text.size() > kLongestReason)
-    text.resize(kLongestReason);
-  while (const auto bad = firstBadUtf8(text)) text.erase(*bad, 1);
-  return text.empty() ? "it failed" : text;
+// What others say of a failure may be anything.
+std::string reasonOf(const Error& error) {
+  std::string reason = oneLine(error.message);
+  return reason.empty() ? "it failed" : reason;
 }
 
 using CommandNumber = std::uint64_t;
@@ -182,7 +175,7 @@ void CommandRunner::State::attemptEnded(CommandNumber number, const Status& stat
   if (!status) {
     std::string& reason = command.isMakingKeys() ? command.keysReason : command.deedReason;
     if (reason.empty())
-      reason = oneLine(status.error().message);
+      reason = reasonOf(status.error());
     if (command.next < command.attempts.size())
       return makeNextAttempt(number);
   }

@@ -35,7 +35,7 @@ struct CommandProblem {
 
   friend bool operator==(const CommandProblem& a, const CommandProblem& b) = default;
 };
-inline constexpr std::size_t kLongestReason = 500;
+inline constexpr std::size_t kLongestReason = 210;
 
 // Commands that have begun and not ended; one more is refused, so that what hangs cannot pile up.
 inline constexpr std::size_t kMostCommandsUnderWay = 64;
