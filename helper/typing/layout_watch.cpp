@@ -7,6 +7,14 @@
 
 namespace veltrix {
 
+namespace {
+
+// For a change that is just being told of: a press right after it is to follow it, but not to hang on a
+// server that has no time.
+constexpr std::chrono::milliseconds kPatience{20};
+
+}  // namespace
+
 LayoutWatch::LayoutWatch(sd_event* loop, KeyboardSources sources)
     : fLoop(loop),
       fSources(std::move(sources)),
@@ -18,7 +26,7 @@ LayoutWatch::LayoutWatch(sd_event* loop, KeyboardSources sources)
 
 const KeyboardModel* LayoutWatch::current() {
   connect();
-  fX11.serve();
+  fX11.settle(kPatience);
   if (fIsStale) {
     fIsStale = false;
     fModel.reset();

@@ -1,5 +1,6 @@
 #include "helper/typing/x11_layout.h"
 
+#include <poll.h>
 #include <sys/epoll.h>
 #include <xcb/xcb.h>
 #include <xcb/xcbext.h>
@@ -72,11 +73,22 @@ bool X11Layout::connect(sd_event* loop, const std::string& display) {
 
 void X11Layout::serve() {
   // Looking for an answer may read events, of which the descriptor then tells nobody.
-  while (fConnection && (takeEvents(xcb_poll_for_event) || takeAnswer() ||
-                         takeEvents(xcb_poll_for_queued_event))) {
+  while (fConnection &&
+         (takeEvents(xcb_poll_for_event) || takeAnswer() || takeEvents(xcb_poll_for_queued_event))) {
   }
   if (fConnection && xcb_connection_has_error(fConnection.get()) != 0) {
     disconnect();
+  }
+}
+
+void X11Layout::settle(std::chrono::milliseconds limit) {
+  serve();
+  const auto end = std::chrono::steady_clock::now() + limit;
+  for (auto left = limit; fConnection && fQuestion && left.count() > 0;
+       left = std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now())) {
+    pollfd answer{xcb_get_file_descriptor(fConnection.get()), POLLIN, 0};
+    ::poll(&answer, 1, static_cast<int>(left.count()));
+    serve();
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -30,8 +31,11 @@ class X11Layout {
   bool connect(sd_event* loop, const std::string& display);
   bool isConnected() const { return fConnection != nullptr; }
 
-  // Handles what the server has told so far; for the loop, and for who cannot wait for its turn.
+  // Handles what the server has told so far; for the loop.
   void serve();
+  // The same, for who cannot wait for the loop. A change that the server has told of is followed up, which
+  // takes as long as this at most when the server has no time.
+  void settle(std::chrono::milliseconds limit);
 
   // Empty without a connection.
   const xkb::FoundKeymap& found() const { return fFound; }
