@@ -28,4 +28,16 @@ std::string asItStands(std::string_view key) {
   return std::string(key);
 }
 
+const std::string& CommandTitles::of(std::uint16_t command) {
+  const auto [place, isNew] = fTitles.try_emplace(command);
+  if (isNew) {
+    const auto found = fTree.find(command, {}, asItStands);
+    place->second = found ? found->commandTitle.value_or("") : "";
+  }
+  if (place->second.empty()) {
+    place->second = command == 0 ? "nothing" : "command " + std::to_string(command);
+  }
+  return place->second;
+}
+
 }  // namespace veltrix::ctl

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -16,5 +17,16 @@ const char* kindName(std::int32_t command);
 
 // Titles are shown in English, like everything that the program says.
 std::string asItStands(std::string_view key);
+
+// Titles by command. A snippet is called by its place, not by a name that might tell what it types.
+class CommandTitles {
+ public:
+  // Never empty: a command that the catalogue does not have is called by its number.
+  const std::string& of(std::uint16_t command);
+
+ private:
+  CommandTree fTree = commandCatalogue();
+  std::map<std::uint16_t, std::string> fTitles;
+};
 
 }  // namespace veltrix::ctl

@@ -1,7 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
-#include <map>
-#include <utility>
 
 #include "ctl/command_catalogue.h"
 #include "ctl/commands.h"
@@ -11,26 +9,6 @@
 
 namespace veltrix::ctl {
 namespace {
-
-// Titles by command. A snippet is called by its place, not by a name that might tell what it types.
-class CommandTitles {
- public:
-  const std::string& of(std::uint16_t command) {
-    const auto [place, isNew] = fTitles.try_emplace(command);
-    if (isNew) {
-      const auto found = fTree.find(command, {}, asItStands);
-      place->second = found ? found->commandTitle.value_or("") : "";
-    }
-    if (place->second.empty()) {
-      place->second = command == 0 ? "nothing" : "command " + std::to_string(command);
-    }
-    return place->second;
-  }
-
- private:
-  CommandTree fTree = commandCatalogue();
-  std::map<std::uint16_t, std::string> fTitles;
-};
 
 int run(const Context& context) {
   CommandTitles titles;

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 
+#include "ctl/command_catalogue.h"
 #include "ctl/commands.h"
 #include "ctl/driver_words.h"
 #include "ctl/helper_properties.h"
@@ -31,6 +32,17 @@ Json driverDeviceOf(const Json& device) {
           {"version", device.at(3)}, {"condition", device.at(4)}, {"error", device.at(5)}};
 }
 
+// An earlier helper has no such property.
+Json problemsOf(const Json& properties) {
+  CommandTitles titles;
+  Json problems = Json::array();
+  for (const auto& problem : properties.value("CommandProblems", Json::array())) {
+    const auto command = problem.at(0).get<std::uint16_t>();
+    problems.push_back({{"command", command}, {"title", titles.of(command)}, {"reason", problem.at(1)}});
+  }
+  return problems;
+}
+
 // The same properties with names for what the bus carries by position.
 Json named(const Json& properties) {
   Json json = properties;
@@ -45,6 +57,7 @@ Json named(const Json& properties) {
   }
   const Json last = json.at("LastJump");
   json["LastJump"] = {{"dialogs", last.at(0)}, {"outcome", last.at(1)}};
+  json["CommandProblems"] = problemsOf(properties);
   return json;
 }
 
@@ -121,6 +134,10 @@ void print(const Json& properties) {
             << driverText(textOf(properties.at("DriverState")), textOf(properties.at("DriverVersion")),
                           properties.at("DriverError").get<int>())
             << '\n';
+  if (const Json problems = problemsOf(properties); !problems.empty()) {
+    std::cout << "last command that failed: " << textOf(problems.back().at("title")) << ": "
+              << textOf(problems.back().at("reason")) << '\n';
+  }
   const Json& devices = properties.at("Devices");
   const Json& records = properties.at("Records");
   for (std::size_t i = 0; i < devices.size() && i < records.size(); ++i) {

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include "helperlink/helper_protocol.h"
@@ -65,6 +66,8 @@ Result<bool> HelperService::claimNames() {
 Status HelperService::startDriver(const std::string& socketPath) {
   fDriver = std::make_unique<DriverLink>(fLoop, socketPath, *this);
   fStatus.setDriver(fDriver->report());
+  fCommands = std::make_unique<SessionCommands>(SessionCommands::Surroundings{
+      fLoop, fBus, fCore, *fDriver, [this](const CommandProblem& problem) { commandFailed(problem); }});
   Status started = fDriver->start();
   tellDriver();
   return started;
@@ -120,12 +123,22 @@ void HelperService::messageTaken() {
 
 void HelperService::driverReportChanged(const DriverReport& report) {
   fStatus.setDriver(report);
+  if (!report.isConnected())
+    fCommands->driverGone();
 }
 
 void HelperService::driverButton(const ButtonPacket& packet) {
   fMonitor.tell(packet);
+  fCommands->take(packet);
 }
 
-void HelperService::driverTyped(const KeysTypedPacket& /*packet*/) {}
+void HelperService::driverTyped(const KeysTypedPacket& packet) {
+  fCommands->take(packet);
+}
+
+void HelperService::commandFailed(const CommandProblem& problem) {
+  std::fprintf(stderr, "VeltrixHelper: command %u failed: %s\n", problem.command, problem.reason.c_str());
+  fStatus.addProblem(problem);
+}
 
 }  // namespace veltrix

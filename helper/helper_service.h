@@ -6,6 +6,7 @@
 #include "helper/helper_core.h"
 #include "helper/jump/jump_program.h"
 #include "helper/monitor_interface.h"
+#include "helper/session_commands.h"
 #include "helper/status_interface.h"
 #include "platform/event_loop.h"
 #include "platform/event_receiver.h"
@@ -28,7 +29,8 @@ class HelperService final : public HelperObserver, public DriverListener {
   // Takes the helper's names: false when another helper has them.
   Result<bool> claimNames();
 
-  // Connects to the driver at that socket and stays connected. Called once.
+  // Connects to the driver at that socket and stays connected; from now on commands are carried out. Called
+  // once.
   Status startDriver(const std::string& socketPath);
 
   // Has the program at that path move the pointer to the default buttons of dialogs, whenever a connected
@@ -47,6 +49,7 @@ class HelperService final : public HelperObserver, public DriverListener {
  private:
   void tellDriver();
   void decideJump();
+  void commandFailed(const CommandProblem& problem);
   void setMonitored(bool monitored);
 
   sd_bus* fBus;
@@ -58,6 +61,7 @@ class HelperService final : public HelperObserver, public DriverListener {
   EventSourceHandle fReading;
   std::unique_ptr<DriverLink> fDriver;
   std::unique_ptr<JumpProgram> fJump;
+  std::unique_ptr<SessionCommands> fCommands;
 };
 
 }  // namespace veltrix

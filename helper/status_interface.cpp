@@ -160,6 +160,15 @@ int writeLastJump(Reply reply, const StatusInterface& status, const HelperCore& 
   return sd_bus_message_append(reply, "(us)", jump.dialogs, jumpOutcomeText(jump.outcome));
 }
 
+int writeCommandProblems(Reply reply, const StatusInterface& status, const HelperCore& /*core*/) {
+  int result = sd_bus_message_open_container(reply, 'a', "(qs)");
+  for (const CommandProblem& problem : status.problems()) {
+    if (result >= 0)
+      result = sd_bus_message_append(reply, "(qs)", problem.command, busText(problem.reason).c_str());
+  }
+  return result < 0 ? result : sd_bus_message_close_container(reply);
+}
+
 constexpr std::uint64_t kChanging = SD_BUS_VTABLE_PROPERTY_EMITS_CHANGE;
 constexpr std::uint64_t kConstant = SD_BUS_VTABLE_PROPERTY_CONST;
 
@@ -183,6 +192,7 @@ constexpr sd_bus_vtable kHelperTable[] = {
     SD_BUS_PROPERTY("DriverDevices", "a(uqqqsi)", get<writeDriverDevices>, 0, kChanging),
     SD_BUS_PROPERTY("JumpState", "s", get<writeJumpState>, 0, kChanging),
     SD_BUS_PROPERTY("LastJump", "(us)", get<writeLastJump>, 0, kChanging),
+    SD_BUS_PROPERTY("CommandProblems", "a(qs)", get<writeCommandProblems>, 0, kChanging),
     SD_BUS_VTABLE_END,
 };
 
@@ -210,6 +220,13 @@ void StatusInterface::setDriver(const DriverReport& driver) {
 void StatusInterface::setJump(const JumpReport& jump) {
   fJump = jump;
   announce({"JumpState", "LastJump"});
+}
+
+void StatusInterface::addProblem(const CommandProblem& problem) {
+  if (fProblems.size() == kShownProblems)
+    fProblems.pop_front();
+  fProblems.push_back(problem);
+  announce({"CommandProblems"});
 }
 
 void StatusInterface::announce(std::initializer_list<const char*> properties) const {

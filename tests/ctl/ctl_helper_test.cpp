@@ -59,6 +59,9 @@ int getProperty(sd_bus* /*bus*/, const char* /*path*/, const char* /*interface*/
   if (name == "DriverError") {
     return sd_bus_message_append(reply, "i", 0);
   }
+  if (name == "CommandProblems") {
+    return sd_bus_message_append(reply, "a(qs)", 2, 91, "an earlier reason", 35, "no key of it");
+  }
   if (name == "DriverDevices") {
     return sd_bus_message_append(reply, "a(uqqqsi)", 1, 7, 0xA1D0, 0x2041, 0x0107, "failed", EACCES);
   }
@@ -90,6 +93,7 @@ constexpr sd_bus_vtable kTable[] = {
     SD_BUS_PROPERTY("DriverDevices", "a(uqqqsi)", getProperty, 0, 0),
     SD_BUS_PROPERTY("JumpState", "s", getProperty, 0, 0),
     SD_BUS_PROPERTY("LastJump", "(us)", getProperty, 0, 0),
+    SD_BUS_PROPERTY("CommandProblems", "a(qs)", getProperty, 0, 0),
     SD_BUS_VTABLE_END,
 };
 
@@ -161,6 +165,7 @@ TEST_F(CtlHelper, StatusPrintsWhatTheHelperKnows) {
              "jumping: <JumpState>, dialogs: 3, the last: moved\n"
              "last message: <LastMessage>\n"
              "driver: works, version <DriverVersion>\n"
+             "last command that failed: Copy: no key of it\n"
              "A1D0:2041:0107  Skiffline™ Trackball  (usb-1)\n"
              "  record of devices/3\n"
              "  01ff\n"
@@ -190,6 +195,8 @@ TEST_F(CtlHelper, StatusPrintsJson) {
             nlohmann::json({{"id", "usb-1"}, {"entryIndex", 3}, {"global", false}, {"record", "01ff"}}));
   EXPECT_EQ(status["DriverState"], "connected");
   EXPECT_EQ(status["LastJump"], nlohmann::json({{"dialogs", 3}, {"outcome", "moved"}}));
+  EXPECT_EQ(status["CommandProblems"][1],
+            nlohmann::json({{"command", 35}, {"title", "Copy"}, {"reason", "no key of it"}}));
   EXPECT_EQ(status["DriverDevices"], nlohmann::json::array({{{"number", 7},
                                                              {"vendor", 0xA1D0},
                                                              {"product", 0x2041},

@@ -53,8 +53,9 @@ class DriverHandOver : public ::testing::Test {
 TEST_F(DriverHandOver, GivesATrackballOfNoKnownKindTheRecordForEveryDevice) {
   auto global = testing::entryOf(0, 0);
   global.set("buttons", dictionaryOf({{"03", testing::actionOf(180)}}));
-  testing::writeFile(fSession.settingsPath(),
-                     plist::writeXml(testing::documentOf({testing::entryOf(0xA1D0, 0x2041), global})).value());
+  testing::writeFile(
+      fSession.settingsPath(),
+      plist::writeXml(testing::documentOf({testing::entryOf(0xA1D0, 0x2041), global})).value());
   startHelper("A1D0:FEED:0100");
   ASSERT_TRUE(fDriver->welcome());
   auto order = fDriver->receive<ApplyPacket>();
@@ -146,6 +147,48 @@ TEST_F(DriverHandOver, StatusSaysWhetherTheDriverIsThereAndWhyNot) {
   fDriver->sendStatus(DriverAnswer::kBrokenRule);
   EXPECT_TRUE(waitForState("incompatible"));
   EXPECT_EQ(fSession.textProperty("DriverVersion"), "");
+}
+
+// The commands and reasons of the property.
+std::vector<std::pair<std::uint16_t, std::string>> problemsOf(sd_bus* bus) {
+  std::vector<std::pair<std::uint16_t, std::string>> problems;
+  sd_bus_message* reply = nullptr;
+  sd_bus_get_property(bus, "com.aldmoor.VeltrixHelper", "/com/aldmoor/VeltrixHelper",
+                      "com.aldmoor.VeltrixHelper1", "CommandProblems", nullptr, &reply, "a(qs)");
+  std::uint16_t command = 0;
+  const char* reason = nullptr;
+  if (reply != nullptr && sd_bus_message_enter_container(reply, 'a', "(qs)") > 0) {
+    while (sd_bus_message_read(reply, "(qs)", &command, &reason) > 0) problems.emplace_back(command, reason);
+  }
+  sd_bus_message_unref(reply);
+  return problems;
+}
+
+TEST_F(DriverHandOver, TheLastCommandsThatFailedAreShownInTheirOrder) {
+  auto entry = testing::entryOf(0xA1D0, 0x2041);
+  // Neither is possible without a desktop.
+  entry.set("buttons", dictionaryOf({{"02", testing::actionOf(107)}, {"03", testing::actionOf(136)}}));
+  testing::writeFile(fSession.settingsPath(), plist::writeXml(testing::documentOf({entry})).value());
+  startHelper();
+  ASSERT_TRUE(fDriver->welcome());
+  ASSERT_TRUE(fDriver->receive<ApplyPacket>());
+  auto packet = makePacket<ButtonPacket>();
+  packet.device = {0xA1D0, 0x2041, 0x107, 0};
+  packet.forHelper = 1;
+  packet.pressed = 1;
+  for (int i = 0; i < 10; ++i) {
+    packet.slot = i == 9 ? 3 : 2;
+    packet.command = i == 9 ? 136 : 107;
+    fDriver->send(packet);
+  }
+  ASSERT_TRUE(waitUntil([&] {
+    const auto problems = problemsOf(fSession.connection());
+    return !problems.empty() && problems.back().first == 136;
+  }));
+  const auto problems = problemsOf(fSession.connection());
+  ASSERT_EQ(problems.size(), 8U);
+  EXPECT_EQ(problems[0].first, 107);
+  EXPECT_EQ(problems[7].second, "it is not possible on this desktop");
 }
 
 TEST_F(DriverHandOver, AHelperThatFindsAnotherOneDoesNotTakeItsDriver) {

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "helper/typing/layout_watch.h"
+#include "helper/typing/typist.h"
+
+namespace veltrix {
+
+// Plans by the layout of the moment.
+class LayoutPlanner final : public KeyPlanner {
+ public:
+  // The loop must outlive it.
+  LayoutPlanner(sd_event* loop, UnicodeInput unicode) : fLayout(loop), fUnicode(unicode) {}
+
+  std::optional<KeyPress> keysFor(const KeyStroke& stroke) override {
+    const KeyboardModel* keyboard = fLayout.current();
+    return keyboard == nullptr ? std::nullopt : keyboard->keysFor(stroke);
+  }
+  std::optional<TypingPlan> plan(const std::string& text) override {
+    const KeyboardModel* keyboard = fLayout.current();
+    return keyboard == nullptr ? std::nullopt
+                               : std::optional<TypingPlan>(planTyping(*keyboard, text, fUnicode));
+  }
+
+ private:
+  LayoutWatch fLayout;
+  UnicodeInput fUnicode;
+};
+
+}  // namespace veltrix
