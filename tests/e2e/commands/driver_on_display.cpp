@@ -1,0 +1,141 @@
+// The driver with an X server in the place of the kernel: usage driver_on_display SOCKET.
+//
+// Everything is the real one but the devices: there is one trackball, whose buttons are pressed by words on
+// standard input, and keys go to the server of DISPLAY as if its keyboard were used. The words, one a line:
+// "press N" and "release N" for the buttons of the trackball, "key" for a key of a keyboard that goes down.
+// Prints "press NANOSECONDS" for a press and "key NANOSECONDS" for the first key after it.
+#include <poll.h>
+#include <sys/epoll.h>
+#include <unistd.h>
+#include <xcb/xtest.h>
+
+#include <charconv>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+#include <string>
+
+#include "driver/driver_core.h"
+#include "driver/event_loop.h"
+#include "driver/fixed_user.h"
+#include "driver/link_server.h"
+#include "tests/driver/driver_fakes.h"
+
+namespace veltrix {
+namespace {
+
+constexpr std::uint8_t kKeycodeOffset = 8;  // of the server's keycodes to those of the kernel
+constexpr std::uint16_t kLastKey = 247;
+
+void printTime(const char* what) {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  std::printf("%s %lld\n", what, now.tv_sec * 1'000'000'000LL + now.tv_nsec);
+  std::fflush(stdout);
+}
+
+class DisplaySink final : public EventSink {
+ public:
+  DisplaySink() : fDisplay(xcb_connect(nullptr, nullptr)) {}
+  ~DisplaySink() override { xcb_disconnect(fDisplay); }
+  DisplaySink(const DisplaySink&) = delete;
+  DisplaySink& operator=(const DisplaySink&) = delete;
+
+  bool works() const { return xcb_connection_has_error(fDisplay) == 0; }
+  int open() noexcept override { return 0; }
+  void close() noexcept override {}
+  bool isOpen() const noexcept override { return true; }
+  int write(std::span<const OutputEvent> groups) noexcept override {
+    for (const OutputEvent& event : groups) {
+      if (event.type != EV_KEY || event.code > kLastKey)
+        continue;
+      const std::uint8_t type = event.value != 0 ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
+      const auto code = static_cast<std::uint8_t>(event.code + kKeycodeOffset);
+      xcb_test_fake_input(fDisplay, type, code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+      if (std::exchange(fTellsKey, false))
+        printTime("key");
+    }
+    xcb_flush(fDisplay);
+    return works() ? 0 : EIO;
+  }
+  void tellNextKey() { fTellsKey = true; }
+
+ private:
+  xcb_connection_t* fDisplay;
+  bool fTellsKey = false;
+};
+
+class Words final : public PollHandler {
+ public:
+  Words(FakeTrackballState& ball, DisplaySink& sink, FakeKeyPresses& keys, const EventLoop& loop)
+      : fBall(ball), fSink(sink), fKeys(keys), fLoop(loop) {}
+
+  bool ended() const { return fEnded; }
+  void ready(std::uint32_t /*events*/) noexcept override {
+    char buffer[256];
+    const ssize_t size = ::read(STDIN_FILENO, buffer, sizeof buffer);
+    fEnded = size <= 0;
+    if (size > 0)
+      fText.append(buffer, static_cast<std::size_t>(size));
+    for (std::size_t end = fText.find('\n'); end != std::string::npos; end = fText.find('\n')) {
+      take(fText.substr(0, end));
+      fText.erase(0, end + 1);
+    }
+  }
+
+ private:
+  void take(const std::string& line) {
+    fKeys.down = line == "key";
+    const std::size_t space = line.find(' ');
+    if (space == std::string::npos || fBall.listener == nullptr)
+      return;
+    unsigned button = 0;
+    std::from_chars(line.data() + space + 1, line.data() + line.size(), button);
+    const bool pressed = line.starts_with("press");
+    if (pressed) {
+      fSink.tellNextKey();
+      printTime("press");
+    }
+    fBall.listener->frameCame(buttonFrame(fLoop.now(), static_cast<std::uint8_t>(button), pressed));
+  }
+
+  FakeTrackballState& fBall;
+  DisplaySink& fSink;
+  FakeKeyPresses& fKeys;
+  const EventLoop& fLoop;
+  std::string fText;
+  bool fEnded = false;
+};
+
+int run(const std::string& socket) {
+  EventLoop loop;
+  DisplaySink sink;
+  if (!loop.start() || !sink.works()) {
+    std::fprintf(stderr, "driver_on_display: there is no X server to type into\n");
+    return 1;
+  }
+  FakeModifiers modifiers;
+  FakeKeyPresses keys;
+  FakeTrackballState ball;
+  DriverCore core(loop, sink, modifiers, keys);
+  FixedUser user(getuid());
+  LinkServer server(loop, user, core, {socket, "on a display"});
+  core.setChannel(&server);
+  core.attach(std::make_unique<FakeTrackball>(ball, kSomeTrackball));
+  Words words(ball, sink, keys, loop);
+  if (!server.start() || !loop.add(STDIN_FILENO, EPOLLIN, words))
+    return 1;
+  while (!words.ended() && loop.waitUntil(core.deadline())) {
+    if (core.deadline() != kNever)
+      core.expire(loop.now());
+  }
+  server.stop(DriverAnswer::kStopping);
+  return 0;
+}
+
+}  // namespace
+}  // namespace veltrix
+
+int main(int argc, char** argv) {
+  return argc == 2 ? veltrix::run(argv[1]) : 2;
+}
