@@ -14,6 +14,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from layout_texts import LAYOUTS  # noqa: E402
 from trackball_desk import Desk, Reader, isolate, wait_until  # noqa: E402
+from typed_keys import BROWSING, EDITING, KEYS, MEDIA, batches, press_each  # noqa: E402
 
 BUILD = ""
 COPY, UNICODE = 4, 5
@@ -21,6 +22,10 @@ COPY, UNICODE = 4, 5
 
 class WaylandTest(unittest.TestCase):
     def desk_with(self, layout, beside):
+        return self.enterContext(self.desk({2: 180, 3: 181, COPY: 35, UNICODE: 182}, [*LAYOUTS[layout], "a世b"], layout,
+                                           beside))
+
+    def desk(self, actions, snippets, layout, beside=""):
         def start_compositor(desktop):
             name, _, variant = layout.partition(":")
             desktop.run(["setxkbmap", "-layout", name + beside, "-variant", variant])
@@ -36,8 +41,7 @@ class WaylandTest(unittest.TestCase):
                                   re.MULTILINE | re.IGNORECASE)
                 return found and found[1]
             desktop.run(["xdotool", "windowfocus", "--sync", wait_until(window, "the compositor's window")])
-        return self.enterContext(Desk(BUILD, {2: 180, 3: 181, COPY: 35, UNICODE: 182}, [*LAYOUTS[layout], "a世b"],
-                                      prepare=start_compositor))
+        return Desk(BUILD, actions, snippets, prepare=start_compositor)
 
     def type_under(self, layout, beside=""):
         desk = self.desk_with(layout, beside)
@@ -66,6 +70,23 @@ class WaylandTest(unittest.TestCase):
     def test_ru(self):
         # Programs take a shortcut under Cyrillic letters by a Latin layout beside it.
         self.type_under("ru", ",us")
+
+    def press_each(self, shortcuts):
+        for batch in batches(shortcuts):
+            with self.desk(batch, (), "us") as desk:
+                press_each(self, desk, Reader(desk, QT_QPA_PLATFORM="wayland"), batch, shortcuts)
+
+    def test_keys(self):
+        self.press_each(KEYS)
+
+    def test_editing(self):
+        self.press_each(EDITING)
+
+    def test_browsing(self):
+        self.press_each(BROWSING)
+
+    def test_media(self):
+        self.press_each(MEDIA)
 
 
 if __name__ == "__main__":

@@ -1,0 +1,35 @@
+"""The commands that type keys, and the keys as the editor of the tests names them."""
+
+MENU = "menu"  # what the toolkit makes of the key
+FREE_SLOTS = (2, 3, 4, 5, 6, 7, 10, 11, 13, 14, 15)
+
+EDITING = {
+    32: "Ctrl+Z", 33: "Ctrl+Shift+Z", 34: "Ctrl+X", 35: "Ctrl+C", 36: "Ctrl+V", 37: "Ctrl+Shift+V", 38: "Ctrl+A",
+    39: "Ctrl+F", 40: "F3", 41: "Shift+F3", 42: "Ctrl+H", 43: "Ctrl+B", 44: "Ctrl+I", 45: "Ctrl+U", 46: "Ctrl+N",
+    47: "Ctrl+O", 48: "Ctrl+S", 49: "Ctrl+Shift+S", 50: "Ctrl+P", 51: "Ctrl+Q"}
+KEYS = {54: "Return", 55: "Esc", 56: "Tab", 57: "Del", 58: "Backspace", 59: MENU}
+BROWSING = {
+    110: "Alt+Left", 111: "Alt+Right", 112: "F5", 113: "Alt+Home", 114: "Ctrl+T", 115: "Ctrl+W", 116: "Ctrl+Shift+T",
+    117: "Ctrl+PgDown", 118: "Ctrl+PgUp", 119: "Ctrl+L", 120: "Ctrl+D", 60: "PgUp", 61: "PgDown", 62: "Ctrl+Home",
+    63: "Ctrl+End", 64: "Ctrl++", 65: "Ctrl+-", 66: "Ctrl+0", 77: "F11"}
+# Without a player these keys come to whoever has the keyboard. Volume and the like would change the real one's.
+MEDIA = {140: "Media Play", 141: "Media Stop", 142: "Media Next", 143: "Media Previous"}
+
+
+def batches(shortcuts):
+    """The commands by slots, as many at a time as a trackball has room for."""
+    codes = list(shortcuts)
+    for first in range(0, len(codes), len(FREE_SLOTS)):
+        yield dict(zip(FREE_SLOTS, codes[first:first + len(FREE_SLOTS)]))
+
+
+def press_each(test, desk, reader, actions, shortcuts):
+    for slot, code in actions.items():
+        with test.subTest(command=code):
+            name = shortcuts[code]
+            wanted = {MENU} if name == MENU else {f"shortcut {name}"}
+            if code in (64, 65, 66):  # a sign that is above another one on its key takes Shift as well
+                wanted.add(f"shortcut {name.replace('Ctrl+', 'Ctrl+Shift+')}")
+            desk.click(slot)
+            reader.lines.wait_for(lambda line: line in wanted, f"command {code}", seconds=5)
+    test.assertEqual(desk.problems(), [])
