@@ -9,13 +9,15 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from trackball_desk import Desk, Reader, isolate  # noqa: E402
-from typed_keys import BROWSING, EDITING, KEYS, MEDIA, batches, press_each  # noqa: E402
+from typed_keys import BROWSING, EDITING, KEYS, MEDIA, OF_GNOME, OF_OTHERS, batches, press_each  # noqa: E402
 
 BUILD = ""
+
+
 class ShortcutsTest(unittest.TestCase):
-    def press_each(self, shortcuts, layout):
+    def press_each(self, shortcuts, layout, **options):
         for batch in batches(shortcuts):
-            with Desk(BUILD, batch) as desk:
+            with Desk(BUILD, batch, **options) as desk:
                 desk.set_layout(layout)
                 press_each(self, desk, Reader(desk), batch, shortcuts)
 
@@ -36,6 +38,14 @@ class ShortcutsTest(unittest.TestCase):
 
     def test_media(self):
         self.press_each(MEDIA, "us")
+
+    # The window manager takes no keys for itself in these two.
+
+    def test_keys_of_gnome(self):
+        self.press_each(OF_GNOME, "us", environment={"XDG_CURRENT_DESKTOP": "GNOME"}, key_bindings={})
+
+    def test_keys_of_other_desktops(self):
+        self.press_each(OF_OTHERS, "us", key_bindings={})
 
 
 if __name__ == "__main__":
