@@ -77,7 +77,7 @@ std::vector<Explained> page() {
   for (std::string line; std::getline(file, line);) {
     if (line.starts_with("## ")) {
       category = line.substr(3);
-    } else if (const auto cells = cellsOf(line); cells.size() == 4 && std::isdigit(cells[0].front()) != 0) {
+    } else if (const auto cells = cellsOf(line); cells.size() == 5 && std::isdigit(cells[0].front()) != 0) {
       rows.push_back({{category, std::stoi(cells[0]), cells[1]}, cells[2], cells[3]});
     }
   }
