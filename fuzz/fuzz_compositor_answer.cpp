@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "helper/desktop/compositor_inputs.h"
 #include "helper/desktop/compositor_wire.h"
 
 // Whatever a compositor answers, no more is taken in than the bound, and a reason is one short line.
@@ -16,5 +17,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       (outcome.error().message.size() > 210 || outcome.error().message.find('\n') != std::string::npos)) {
     std::abort();
   }
+  const auto keyboards = veltrix::compositorKeyboards(text);
+  if (keyboards && keyboards.value().size() > size) {
+    std::abort();
+  }
+  static_cast<void>(veltrix::compositorInputChange(text));
+  static_cast<void>(veltrix::compositorSubscribed(text));
   return 0;
 }

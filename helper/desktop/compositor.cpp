@@ -1,13 +1,11 @@
 #include "helper/desktop/compositor.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
 
 #include <cerrno>
-#include <cstring>
 
+#include "helper/desktop/compositor_socket.h"
 #include "helper/desktop/compositor_wire.h"
-#include "util/system_error.h"
 
 namespace veltrix {
 namespace {
@@ -69,17 +67,11 @@ void Compositor::begin() {
 }
 
 Status Compositor::connect() {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (fPath.size() >= sizeof address.sun_path) {
-    return systemError(ENAMETOOLONG, "connect to", fPath);
+  auto connected = connectToCompositor(fPath);
+  if (!connected) {
+    return connected.error();
   }
-  fPath.copy(address.sun_path, fPath.size());
-  fSocket.reset(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-  if (!fSocket ||
-      ::connect(fSocket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-    return systemError(errno, "connect to", fPath);
-  }
+  fSocket = std::move(connected.value());
   return Done{};
 }
 

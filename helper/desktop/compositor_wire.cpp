@@ -9,7 +9,6 @@ namespace veltrix {
 namespace {
 
 constexpr std::string_view kMagic = "i3-ipc";
-constexpr std::uint32_t kRunCommand = 0;
 
 Error strange(const char* what) {
   return {0, std::string("the compositor's answer ") + what, {}};
@@ -30,23 +29,38 @@ std::uint32_t numberAt(std::string_view text, std::size_t at) {
 
 }  // namespace
 
-std::string compositorCommand(std::string_view command) {
+std::string compositorMessage(CompositorKind kind, std::string_view body) {
   std::string message(kMagic);
-  append(message, static_cast<std::uint32_t>(command.size()));
-  append(message, kRunCommand);
-  return message.append(command);
+  append(message, static_cast<std::uint32_t>(body.size()));
+  append(message, static_cast<std::uint32_t>(kind));
+  return message.append(body);
+}
+
+Result<CompositorHead> compositorHead(std::string_view header) {
+  if (header.size() != kCompositorHeader || !header.starts_with(kMagic)) {
+    return strange("is of another kind");
+  }
+  const CompositorHead head{static_cast<CompositorKind>(numberAt(header, kMagic.size() + 4)),
+                            numberAt(header, kMagic.size())};
+  if (head.length > kLongestCompositorAnswer) {
+    return strange("is too long");
+  }
+  return head;
+}
+
+std::string compositorCommand(std::string_view command) {
+  return compositorMessage(CompositorKind::kCommand, command);
 }
 
 Result<std::size_t> compositorAnswerLength(std::string_view header) {
-  if (header.size() != kCompositorHeader || !header.starts_with(kMagic) ||
-      numberAt(header, kMagic.size() + 4) != kRunCommand) {
+  const auto head = compositorHead(header);
+  if (!head) {
+    return head.error();
+  }
+  if (head.value().kind != CompositorKind::kCommand) {
     return strange("is of another kind");
   }
-  const std::size_t length = numberAt(header, kMagic.size());
-  if (length > kLongestCompositorAnswer) {
-    return strange("is too long");
-  }
-  return length;
+  return head.value().length;
 }
 
 Status compositorOutcome(std::string_view body) {

@@ -11,8 +11,28 @@
 namespace veltrix {
 
 inline constexpr std::size_t kCompositorHeader = 14;
-// An answer to a command is far shorter.
+// Room for dozens of input devices; an answer to a command is far shorter.
 inline constexpr std::size_t kLongestCompositorAnswer = 65536;
+
+// What a message is; an answer is of the kind of its question. Only sway knows those about inputs.
+enum class CompositorKind : std::uint32_t {
+  kCommand = 0,
+  kSubscription = 2,
+  kInputs = 100,
+  kInputEvent = 0x80000015,
+};
+
+struct CompositorHead {
+  CompositorKind kind;  // any number
+  std::size_t length;   // of the body
+};
+
+// A message as the socket takes it.
+std::string compositorMessage(CompositorKind kind, std::string_view body);
+
+// What a header of kCompositorHeader bytes says; an error when it is none or the body is longer than
+// kLongestCompositorAnswer.
+Result<CompositorHead> compositorHead(std::string_view header);
 
 // A command as the socket takes it.
 std::string compositorCommand(std::string_view command);

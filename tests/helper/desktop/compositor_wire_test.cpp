@@ -37,6 +37,17 @@ TEST(CompositorWire, AnythingElseIsNoAnswer) {
   EXPECT_FALSE(compositorAnswerLength(header(20, 0).substr(0, 13)));
 }
 
+TEST(CompositorWire, EveryKindOfMessageHasTheSameFrame) {
+  EXPECT_EQ(compositorMessage(CompositorKind::kSubscription, "[]"), header(2, 2) + "[]");
+  EXPECT_EQ(compositorMessage(CompositorKind::kInputs, ""), header(0, 100));
+  const auto head = compositorHead(header(7, 0x80000015));
+  ASSERT_TRUE(head);
+  EXPECT_EQ(head.value().kind, CompositorKind::kInputEvent);
+  EXPECT_EQ(head.value().length, 7U);
+  EXPECT_FALSE(compositorHead(header(kLongestCompositorAnswer + 1, 100)));
+  EXPECT_FALSE(compositorHead("i3-ipd" + header(7, 100).substr(6)));
+}
+
 TEST(CompositorWire, AnswerIsDoneWhenAllItsPartsAre) {
   EXPECT_TRUE(compositorOutcome(R"([{"success": true}])"));
   EXPECT_TRUE(compositorOutcome(R"([{"success":true},{"success":true,"id":7}])"));
