@@ -1,5 +1,4 @@
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <map>
 #include <memory>
@@ -8,8 +7,7 @@
 #include "helper/commands/command_table.h"
 #include "helper/desktop/display_control.h"
 #include "tests/helper/desktop/loop_runner.h"
-#include "tests/support/program_run.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/sway_process.h"
 #include "tests/support/wait_until.h"
 
 // Every command of the table for sway, in a real one without a screen, looked at with its own program.
@@ -20,50 +18,16 @@ using nlohmann::json;
 using testing::waitUntil;
 using testing::wordOf;
 
-constexpr uid_t kNobody = 65534;
-
 class SwayTest : public ::testing::Test {
  protected:
-  SwayTest() {
-    testing::writeFile(fFolder / "config", "xwayland disable\n");
-    if (getuid() == 0) {
-      // It refuses to run as root.
-      fAsUser = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
-      EXPECT_EQ(chown(fFolder.path().c_str(), kNobody, kNobody), 0);
-    }
-    fSway = start({"sway", "--config", fFolder / "config"});
-    EXPECT_TRUE(waitUntil([&] {
-      return testing::runProgram(message({"-t", "get_version"}), {}).exitCode == 0;
-    })) << fSway->output();
-  }
+  SwayTest() : fSway("", {{"WLR_BACKENDS", "headless"}, {"DISPLAY", std::nullopt}}) {}
 
-  std::unique_ptr<testing::ChildProcess> start(const std::vector<std::string>& program) const {
-    std::vector<std::string> words = fAsUser;
-    words.insert(words.end(), program.begin(), program.end());
-    return std::make_unique<testing::ChildProcess>(words, testing::EnvironmentChanges{
-                                                              {"HOME", fFolder.path()},
-                                                              {"XDG_RUNTIME_DIR", fFolder.path()},
-                                                              {"SWAYSOCK", fSocket},
-                                                              {"WAYLAND_DISPLAY", fWaylandDisplay},
-                                                              {"DISPLAY", std::nullopt},
-                                                              {"WLR_BACKENDS", "headless"},
-                                                              {"WLR_LIBINPUT_NO_DEVICES", "1"},
-                                                              {"WLR_RENDERER", "pixman"},
-                                                          });
-  }
-  std::vector<std::string> message(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), {"swaymsg", "--raw", "--socket", fSocket});
-    return arguments;
-  }
-  json get(const char* what) const {
-    return json::parse(testing::runProgram(message({"-t", what}), {}).output, nullptr, false);
-  }
+  json get(const char* what) const { return json::parse(fSway.message({"-t", what}).output, nullptr, false); }
 
   // Opens a window, which then has the focus; the test cannot go on without it.
   void openWindow() {
     const std::size_t before = windows().size();
-    fWaylandDisplay = "wayland-1";
-    fClients.push_back(start({"weston-flower"}));
+    fClients.push_back(fSway.startClient({"weston-flower"}));
     ASSERT_TRUE(waitUntil([&] { return windows().size() == before + 1; })) << fClients.back()->output();
   }
   static void collect(const json& node, bool isFloating, std::map<int, json>* found) {
@@ -118,13 +82,9 @@ class SwayTest : public ::testing::Test {
   }
 
   testing::LoopRunner fLoop;
-  testing::TemporaryFolder fFolder;
-  std::string fSocket = fFolder / "ipc";
-  std::optional<std::string> fWaylandDisplay;
-  std::vector<std::string> fAsUser;
-  std::unique_ptr<testing::ChildProcess> fSway;
+  testing::SwayProcess fSway;
   std::vector<std::unique_ptr<testing::ChildProcess>> fClients;
-  SessionDisplay fDisplay{fLoop.get(), {"", fSocket}, std::chrono::seconds(5)};
+  SessionDisplay fDisplay{fLoop.get(), {"", fSway.socket()}, std::chrono::seconds(5)};
 };
 
 TEST_F(SwayTest, ClosesTheFocusedWindow) {
@@ -219,11 +179,11 @@ TEST_F(SwayTest, TakesTheWindowToTheNextWorkspace) {
 // An output without a screen cannot be turned off, and the compositor says so in its log after it has tried.
 TEST_F(SwayTest, TriesToTurnOffTheFocusedScreen) {
   ASSERT_EQ(get("get_outputs")[0]["dpms"], true);
-  EXPECT_EQ(fSway->output().find("Failed to commit output"), std::string::npos);
+  EXPECT_EQ(fSway.output().find("Failed to commit output"), std::string::npos);
   EXPECT_EQ(carryOut(161), "done");
   EXPECT_TRUE(waitUntil([&] {
     return get("get_outputs")[0]["dpms"] == false ||
-           fSway->output().find("Failed to commit output") != std::string::npos;
+           fSway.output().find("Failed to commit output") != std::string::npos;
   }));
 }
 
@@ -234,11 +194,11 @@ TEST_F(SwayTest, RefusalIsSaid) {
 }
 
 TEST_F(SwayTest, HungCompositorDelaysNobody) {
-  SessionDisplay impatient(fLoop.get(), {"", fSocket}, std::chrono::milliseconds(300));
-  fSway->send(SIGSTOP);
+  SessionDisplay impatient(fLoop.get(), {"", fSway.socket()}, std::chrono::milliseconds(300));
+  fSway.send(SIGSTOP);
   const Status status = fLoop.run([&](Ended ended) { impatient.tellCompositor("kill", std::move(ended)); });
   EXPECT_EQ(wordOf(status), "the compositor does not answer");
-  fSway->send(SIGCONT);
+  fSway.send(SIGCONT);
 }
 
 }  // namespace
