@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include "helper/typing/layout_watch.h"
 #include "helper/typing/typist.h"
 
@@ -9,7 +12,8 @@ namespace veltrix {
 class LayoutPlanner final : public KeyPlanner {
  public:
   // The loop must outlive it.
-  LayoutPlanner(sd_event* loop, UnicodeInput unicode) : fLayout(loop), fUnicode(unicode) {}
+  LayoutPlanner(sd_event* loop, UnicodeInput unicode, std::unique_ptr<GroupSource> groups)
+      : fLayout(loop, KeyboardSources::ofSystem(), std::move(groups)), fUnicode(unicode) {}
 
   std::optional<KeyPress> keysFor(const KeyStroke& stroke) override {
     const KeyboardModel* keyboard = fLayout.current();

@@ -15,19 +15,22 @@ constexpr std::chrono::milliseconds kPatience{20};
 
 }  // namespace
 
-LayoutWatch::LayoutWatch(sd_event* loop, KeyboardSources sources)
+LayoutWatch::LayoutWatch(sd_event* loop, KeyboardSources sources, std::unique_ptr<GroupSource> groups)
     : fLoop(loop),
       fSources(std::move(sources)),
       fContext(xkb::makeContext()),
       fWayland(fContext.get(), [this] { fIsStale = true; }),
-      fX11(fContext.get(), [this] { fIsStale = true; }) {
+      fX11(fContext.get(), [this] { fIsStale = true; }),
+      fGroups(std::move(groups)) {
   connect();
 }
 
 const KeyboardModel* LayoutWatch::current() {
   connect();
   fX11.settle(kPatience);
-  if (fIsStale) {
+  const auto group = groupOfCompositor();
+  if (fIsStale || group != fGroup) {
+    fGroup = group;
     fIsStale = false;
     fModel.reset();
     auto model = fContext ? KeyboardModel::of(xkb::Context(xkb_context_ref(fContext.get())), keymapOfNow(),
@@ -57,9 +60,16 @@ void LayoutWatch::connect() {
   fNextAttempt = now() + static_cast<std::uint64_t>(std::chrono::microseconds(fDelay.next()).count());
 }
 
+// The group may be told before the keymap that has it, so what is beyond the keymap is no group yet.
+xkb_layout_index_t LayoutWatch::groupOfCompositor() const {
+  auto* const keymap = fWayland.keymap();
+  const xkb_layout_index_t group = keymap != nullptr && fGroups ? fGroups->group().value_or(0) : 0;
+  return keymap != nullptr && group < xkb_keymap_num_layouts(keymap) ? group : 0;
+}
+
 xkb::FoundKeymap LayoutWatch::keymapOfNow() const {
   if (auto* keymap = fWayland.keymap()) {
-    return {xkb::Keymap(xkb_keymap_ref(keymap)), 0};
+    return {xkb::Keymap(xkb_keymap_ref(keymap)), fGroup};
   }
   if (auto* keymap = fX11.found().keymap.get()) {
     return {xkb::Keymap(xkb_keymap_ref(keymap)), fX11.found().group};

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "helper/reconnect_delay.h"
+#include "helper/typing/group_source.h"
 #include "helper/typing/keyboard_model.h"
 #include "helper/typing/wayland_layout.h"
 #include "helper/typing/x11_layout.h"
@@ -12,13 +14,16 @@
 
 namespace veltrix {
 
-// Knows the layout of the moment: that of the Wayland compositor, else of the X server with its group, else
-// the one by the system's names. A display that is not there, or goes away, is tried again when somebody
-// wants the layout. Nothing waits for a compositor; until it has told its keymap the system's counts.
+// Knows the layout of the moment: that of the Wayland compositor, with the group if somebody tells it, else
+// of the X server with its group, else the one by the system's names. A display that is not there, or goes
+// away, is tried again when somebody wants the layout. Nothing waits for a compositor; until it has told its
+// keymap the system's counts.
 class LayoutWatch {
  public:
-  // Connects at once. The loop must outlive the object.
-  LayoutWatch(sd_event* loop, KeyboardSources sources = KeyboardSources::ofSystem());
+  // Connects at once. The loop must outlive the object. Without `groups` the first group of a compositor's
+  // keymap counts.
+  LayoutWatch(sd_event* loop, KeyboardSources sources = KeyboardSources::ofSystem(),
+              std::unique_ptr<GroupSource> groups = nullptr);
   LayoutWatch(const LayoutWatch&) = delete;
   LayoutWatch& operator=(const LayoutWatch&) = delete;
 
@@ -28,6 +33,7 @@ class LayoutWatch {
 
  private:
   void connect();
+  xkb_layout_index_t groupOfCompositor() const;
   xkb::FoundKeymap keymapOfNow() const;
   std::uint64_t now() const;
 
@@ -37,6 +43,8 @@ class LayoutWatch {
   bool fIsStale = true;
   WaylandLayout fWayland;
   X11Layout fX11;
+  std::unique_ptr<GroupSource> fGroups;
+  xkb_layout_index_t fGroup = 0;  // of the compositor's keymap
   ReconnectDelay fDelay;
   std::uint64_t fNextAttempt = 0;  // of the loop's monotonic clock, in microseconds
   std::optional<KeyboardModel> fModel;

@@ -14,7 +14,7 @@ class WaylandKeyboard;
 }
 
 // The keymap of a compositor's keyboard, kept up to date from the loop. Compositors tell the group to nobody
-// without a window, so it is the first one.
+// without a window; a GroupSource may know it.
 class WaylandLayout {
  public:
   // `changed` is called from the loop, when the connection is lost too.

@@ -124,6 +124,68 @@ TEST_F(LayoutWatchOnWayland, CompositorThatGoesIsFoundAgain) {
   EXPECT_TRUE(untilTypedThere(U'z', KEY_Y));
 }
 
+// A source that is told the group by hand.
+class ToldGroup : public GroupSource {
+ public:
+  explicit ToldGroup(const std::optional<std::uint32_t>* told) : fTold(told) {}
+  std::optional<std::uint32_t> group() override { return *fTold; }
+
+ private:
+  const std::optional<std::uint32_t>* fTold;
+};
+
+class LayoutWatchWithGroups : public LayoutWatchOnWayland {
+ protected:
+  void watchWithGroups() {
+    fWatch =
+        std::make_unique<LayoutWatch>(fLoop.get(), sources("", fSocket), std::make_unique<ToldGroup>(&fTold));
+  }
+
+  std::optional<std::uint32_t> fTold;
+};
+
+TEST_F(LayoutWatchWithGroups, GroupThatIsToldCountsAtOnce) {
+  listen(keymapText("us,ru"));
+  watchWithGroups();
+  ASSERT_TRUE(untilTypedThere(U'a', KEY_A));  // nobody has told yet
+  fTold = 1;
+  EXPECT_EQ(fWatch->current()->keysForCharacter(U'ф').front().code, KEY_A);
+  EXPECT_TRUE(fWatch->current()->keysForCharacter(U'a').empty());
+  fTold = 0;
+  EXPECT_EQ(fWatch->current()->keysForCharacter(U'a').front().code, KEY_A);
+  fTold = 1;
+  EXPECT_EQ(fWatch->current()->keysForCharacter(U'ф').front().code, KEY_A);
+  fTold.reset();
+  EXPECT_EQ(fWatch->current()->keysForCharacter(U'a').front().code, KEY_A);
+}
+
+TEST_F(LayoutWatchWithGroups, GroupThatTheKeymapDoesNotHaveCountsOnceItHas) {
+  listen(keymapText("us"));
+  fTold = 1;
+  watchWithGroups();
+  ASSERT_TRUE(untilTypedThere(U'a', KEY_A));
+  fTold = 0xFFFFFFFF;
+  EXPECT_EQ(fWatch->current()->keysForCharacter(U'a').front().code, KEY_A);
+  fTold = 1;
+  fCompositor->setKeymap(keymapText("us,ru"));
+  EXPECT_TRUE(untilTypedThere(U'ф', KEY_A));
+}
+
+TEST_F(LayoutWatchWithGroups, ModelStaysAsLongAsTheGroup) {
+  listen(keymapText("us,ru"));
+  fTold = 1;
+  watchWithGroups();
+  ASSERT_TRUE(untilTypedThere(U'ф', KEY_A));
+  const auto* model = fWatch->current();
+  EXPECT_EQ(fWatch->current(), model);
+}
+
+TEST_F(LayoutWatchWithGroups, WithoutACompositorTheGroupIsOfNoUse) {
+  fTold = 1;
+  watchWithGroups();
+  EXPECT_TRUE(untilTyped(*fWatch, U'π', KEY_P));
+}
+
 // A desktop that a real compositor runs: one whose keyboard is that of an X server.
 TEST_F(LayoutWatchOnWayland, RealCompositorTellsItsKeymap) {
   const testing::XServer server;
