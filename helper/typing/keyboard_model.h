@@ -49,6 +49,7 @@ class KeyboardModel {
 struct TypingPlan {
   std::vector<KeyPress> presses;
   std::vector<char32_t> missing;  // characters that cannot be typed, each once, in the order of the text
+  bool isComposed = false;        // by dead keys or numbers, which programs take longer for than for a key
 };
 
 // How a desktop takes a character that the layout does not have.

@@ -48,6 +48,7 @@ class Planner {
   }
 
   void append(const std::vector<KeyPress>& presses) {
+    fPlan.isComposed = fPlan.isComposed || presses.size() > 1;
     fPlan.presses.insert(fPlan.presses.end(), presses.begin(), presses.end());
   }
 

@@ -166,6 +166,8 @@ void Typist::beginText(Order order) {
   if (!plan)
     return tell(order.ended, Error{0, "the keyboard layout is not known", std::nullopt});
   fText = Text{order.button, std::move(order.ended), stepsOf(plan->presses), 0, std::nullopt, false};
+  if (plan->isComposed)
+    fText->interval = kComposingInterval;
   if (!plan->missing.empty())
     fText->error = describeMissing(plan->missing);
 }
@@ -213,7 +215,7 @@ bool Typist::send(std::span<const KeyStep> steps, bool isText, Ended ended) {
   packet.id = ++fLastId;
   packet.count = static_cast<std::uint8_t>(steps.size());
   packet.stoppable = isText ? 1 : 0;
-  packet.interval = isText ? kTypingInterval : kStrokeInterval;
+  packet.interval = isText ? fText->interval : kStrokeInterval;
   std::copy(steps.begin(), steps.end(), packet.step);
   if (!fAround.sender.typeKeys(packet))
     return false;

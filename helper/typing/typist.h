@@ -26,6 +26,9 @@ class KeyPlanner {
 
 // The pace of a text: between two steps, of which a character takes two to four.
 inline constexpr std::uint16_t kTypingInterval = 2;  // ms
+// The same with dead keys among the steps. Some programs handle what those compose at once and other keys
+// when they come to it, so that a program that falls behind puts one before the other.
+inline constexpr std::uint16_t kComposingInterval = 10;  // ms
 // The pace of the keys of one shortcut.
 inline constexpr std::uint16_t kStrokeInterval = 1;  // ms
 
@@ -77,6 +80,7 @@ class Typist final : public KeyOutput {
     std::size_t next = 0;
     std::optional<Error> error;  // why it is not typed to its end, or not all of it
     bool isStopped = false;
+    std::uint16_t interval = kTypingInterval;  // ms
   };
   struct Sent {
     std::uint32_t id;

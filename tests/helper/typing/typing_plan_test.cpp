@@ -129,6 +129,13 @@ TEST(TypingPlan, KeepsTheOrderOfTheText) {
   EXPECT_EQ(plan.presses[3].code, KEY_ENTER);
 }
 
+TEST(TypingPlan, TellsOfDeadKeysAndNumbers) {
+  const TypedKeyboard french("fr");
+  EXPECT_FALSE(planTyping(french.model(), "aé", UnicodeInput::kNone).isComposed);
+  EXPECT_TRUE(planTyping(french.model(), "aê", UnicodeInput::kNone).isComposed);
+  EXPECT_TRUE(planTyping(TypedKeyboard("us").model(), "я", UnicodeInput::kControlShiftU).isComposed);
+}
+
 TEST(TypingPlan, NewLineOfTwoCharactersIsOneReturn) {
   const auto plan = planTyping(TypedKeyboard("us").model(), "\r\n\r\r\n", UnicodeInput::kNone);
   EXPECT_EQ(plan.presses.size(), 3U);

@@ -29,7 +29,7 @@ class FakePlanner final : public KeyPlanner {
       return KeyPress{{KEY_LEFTCTRL}, KEY_V};
     return std::nullopt;
   }
-  // Knows a and A.
+  // Knows a and A, and composes e.
   std::optional<TypingPlan> plan(const std::string& text) override {
     if (!isKnown)
       return std::nullopt;
@@ -39,6 +39,8 @@ class FakePlanner final : public KeyPlanner {
         plan.presses.push_back({{}, KEY_A});
       else if (c == 'A')
         plan.presses.push_back({{KEY_LEFTSHIFT}, KEY_A});
+      else if (c == 'e')
+        plan.isComposed = true;
       else
         plan.missing.push_back(static_cast<char32_t>(c));
     }
@@ -167,6 +169,14 @@ TEST_F(TypistTest, SendsNoMoreThanTheDriverTakes) {
     answer();
   }
   EXPECT_EQ(steps(), "-46 -29");
+}
+
+TEST_F(TypistTest, TypesMoreSlowlyWhatDeadKeysCompose) {
+  typist.type(kOne, "ae", noted("text"));
+  EXPECT_EQ(sender.sent.at(0).interval, kComposingInterval);
+  answer();
+  typist.type(kOne, "a", noted("text"));
+  EXPECT_EQ(sender.sent.at(0).interval, kTypingInterval);
 }
 
 TEST_F(TypistTest, TypesATextInPiecesAndEndsWithTheLastKeyUp) {
