@@ -28,7 +28,7 @@ class KeyPlanner {
 inline constexpr std::uint16_t kTypingInterval = 2;  // ms
 // The same with dead keys among the steps. Some programs handle what those compose at once and other keys
 // when they come to it, so that a program that falls behind puts one before the other.
-inline constexpr std::uint16_t kComposingInterval = 10;  // ms
+inline constexpr std::uint16_t kComposingInterval = 5;  // ms
 // The pace of the keys of one shortcut.
 inline constexpr std::uint16_t kStrokeInterval = 1;  // ms
 
