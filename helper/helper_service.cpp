@@ -139,6 +139,8 @@ void HelperService::driverTyped(const KeysTypedPacket& packet) {
 void HelperService::commandFailed(const CommandProblem& problem) {
   std::fprintf(stderr, "VeltrixHelper: command %u failed: %s\n", problem.command, problem.reason.c_str());
   fStatus.addProblem(problem);
+  fNotice.show(fBundle.localizedString("A button's command did not work", "", kStringTable),
+               fBundle.localizedString(problem.reason, "", kStringTable));
 }
 
 }  // namespace veltrix

@@ -2,12 +2,14 @@
 
 #include <memory>
 
+#include "helper/desktop/problem_notice.h"
 #include "helper/driver_link.h"
 #include "helper/helper_core.h"
 #include "helper/jump/jump_program.h"
 #include "helper/monitor_interface.h"
 #include "helper/session_commands.h"
 #include "helper/status_interface.h"
+#include "platform/bundle.h"
 #include "platform/event_loop.h"
 #include "platform/event_receiver.h"
 
@@ -56,6 +58,8 @@ class HelperService final : public HelperObserver, public DriverListener {
   sd_event* fLoop;
   HelperCore& fCore;
   StatusInterface fStatus;
+  Bundle fBundle = Bundle::standard();
+  ProblemNotice fNotice{fLoop, fBus};
   MonitorInterface fMonitor{[this](bool wanted) { setMonitored(wanted); }};
   std::unique_ptr<EventReceiver> fReceiver;
   EventSourceHandle fReading;

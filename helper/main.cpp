@@ -1,3 +1,4 @@
+#include <clocale>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -20,6 +21,7 @@ int run(const veltrix::HelperOptions& options, const std::vector<std::string>& w
 }  // namespace
 
 int main(int argumentCount, char** arguments) {
+  std::setlocale(LC_MESSAGES, "");
   const std::vector<std::string> words(arguments + 1, arguments + argumentCount);
   const veltrix::HelperOptions options = veltrix::parseHelperOptions(words);
   switch (options.action) {
