@@ -11,7 +11,7 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
 from layout_texts import LAYOUTS  # noqa: E402
-from trackball_desk import Desk, Reader, focused_window, isolate, wait_until  # noqa: E402
+from trackball_desk import Desk, Lines, Reader, focused_window, isolate, wait_until  # noqa: E402
 
 BUILD = ""
 COPY, NEXT_WORKSPACE, RETURN, UNICODE, LONG, CLOSE, OTHER = 4, 5, 6, 7, 10, 11, 13
@@ -165,7 +165,12 @@ class KeysTest(unittest.TestCase):
         reader.lines.wait_for(lambda line: line == "close", "the question to close")
 
     def test_command_that_this_desktop_does_not_have_is_told(self):
+        monitor = self.desk.desktop.start(["dbus-monitor", "--session", "interface='org.freedesktop.Notifications'"],
+                                          stdout=subprocess.PIPE, text=True)
+        notices = Lines(monitor.stdout)
+        notices.wait_for(lambda line: "NameLost" in line, "the monitor to listen")
         self.desk.click(NEXT_WORKSPACE)
+        notices.wait_for(lambda line: '"it is not possible on this desktop"' in line, "the notice to the person")
         wait_until(self.desk.problems, "the helper to tell")
         self.assertEqual(self.desk.problems(), [(107, "it is not possible on this desktop")])
 
