@@ -132,7 +132,8 @@ class FileManager {
     EXPECT_GE(sd_bus_request_name(fBus.get(), "org.freedesktop.FileManager1", 0), 0);
   }
 
-  // Waits for a request and answers it.
+  // Waits for a request, answers it, and waits until whoever asked has read that and left: without an answer
+  // it would open the folder, and by the next test's means.
   Shown wait() {
     const auto deadline = std::chrono::steady_clock::now() + 20s;
     while (fShown.url.empty() && std::chrono::steady_clock::now() < deadline) {
@@ -141,15 +142,27 @@ class FileManager {
       }
     }
     sd_bus_flush(fBus.get());
+    while (isThere(fAsker) && std::chrono::steady_clock::now() < deadline) sd_bus_wait(fBus.get(), 1000);
     return fShown;
   }
 
  private:
+  bool isThere(const std::string& name) {
+    sd_bus_message* raw = nullptr;
+    int there = 0;
+    sd_bus_call_method(fBus.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+                       "NameHasOwner", nullptr, &raw, "s", name.c_str());
+    const BusMessageHandle reply(raw);
+    return raw != nullptr && sd_bus_message_read(raw, "b", &there) > 0 && there != 0;
+  }
+
   static int take(sd_bus_message* message, void* self, sd_bus_error* /*error*/) {
     if (sd_bus_message_is_method_call(message, "org.freedesktop.FileManager1", "ShowItems") <= 0) {
       return 0;
     }
-    Shown& shown = static_cast<FileManager*>(self)->fShown;
+    auto* const manager = static_cast<FileManager*>(self);
+    Shown& shown = manager->fShown;
+    manager->fAsker = sd_bus_message_get_sender(message);
     const char* url = "";
     const char* startupId = "";
     sd_bus_message_enter_container(message, 'a', "s");
@@ -162,6 +175,7 @@ class FileManager {
 
   BusHandle fBus;
   Shown fShown;
+  std::string fAsker;
 };
 
 class FileSelection : public Workspace {
