@@ -71,13 +71,11 @@ Requests toWorkspace(const DisplayAttempt& attempt, const X11Atoms& atoms, const
   if (!target) {
     return {};
   }
-  Requests requests;
+  Requests requests{{XCB_WINDOW_NONE, atoms[X11Atom::kCurrentDesktop], {*target, XCB_CURRENT_TIME}}};
   if (taken != XCB_WINDOW_NONE) {
+    // In this order, since a window that goes first is hidden and shown again at once, and xfwm4 then leaves
+    // no window with the keys. Another window may have been the last one there.
     requests.push_back({taken, atoms[X11Atom::kDesktop], {*target, kPager}});
-  }
-  requests.push_back({XCB_WINDOW_NONE, atoms[X11Atom::kCurrentDesktop], {*target, XCB_CURRENT_TIME}});
-  if (taken != XCB_WINDOW_NONE) {
-    // Another window may have been the last one there.
     requests.push_back({taken, atoms[X11Atom::kActiveWindow], {kPager, XCB_CURRENT_TIME}});
   }
   return requests;

@@ -70,10 +70,12 @@ class Reader:
 
 
 class Desk:
-    """A context manager. `actions` are those of the trackball's buttons by slot, `snippets` the texts of its settings."""
+    """A context manager. `actions` are those of the trackball's buttons by slot, `snippets` the texts of its settings;
+    `prepare` is called with the desktop before the helper starts."""
 
-    def __init__(self, build, actions, snippets=(), environment=None, prepare=None, key_bindings=None):
-        self.desktop = Desktop(build, window_manager=True, key_bindings=key_bindings)
+    def __init__(self, build, actions, snippets=(), environment=None, prepare=None, key_bindings=None,
+                 window_manager=True):
+        self.desktop = Desktop(build, window_manager=window_manager, key_bindings=key_bindings)
         self._settings = {"version": 2, "devices": [entry(actions)],
                           "snippets": [{"name": f"Text {number}", "text": text}
                                        for number, text in enumerate(snippets, 1)]}

@@ -95,10 +95,10 @@ TEST(WindowRequests, WorkspaceThatDoesNotExistIsNotMade) {
 TEST(WindowRequests, WindowThatIsTakenAlongIsFollowedAndActive) {
   const auto taken = requests({DisplayOperation::kTakeToNextWorkspace});
   ASSERT_EQ(taken.size(), 3U);
-  EXPECT_EQ(taken[0].window, kWindow);
-  EXPECT_EQ(taken[0].type, atoms()[X11Atom::kDesktop]);
+  EXPECT_EQ(taken[0].type, atoms()[X11Atom::kCurrentDesktop]);
   EXPECT_EQ(taken[0].data[0], 2U);
-  EXPECT_EQ(taken[1].type, atoms()[X11Atom::kCurrentDesktop]);
+  EXPECT_EQ(taken[1].window, kWindow);
+  EXPECT_EQ(taken[1].type, atoms()[X11Atom::kDesktop]);
   EXPECT_EQ(taken[1].data[0], 2U);
   EXPECT_EQ(taken[2].window, kWindow);
   EXPECT_EQ(taken[2].type, atoms()[X11Atom::kActiveWindow]);
