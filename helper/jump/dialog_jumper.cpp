@@ -16,12 +16,15 @@ void DialogJumper::activated(std::string id, std::unique_ptr<AccessiblePart> dia
 
 void DialogJumper::forgetClosed() {
   for (const std::uint32_t window : fScreen.takeClosed()) {
-    std::erase_if(fDone, [&](const auto& done) { return done.second == window; });
+    std::erase_if(fDone, [&](const Finished& done) { return done.window == window; });
   }
 }
 
-bool DialogJumper::isDone(std::uint32_t window) const {
-  return std::find(fDone.begin(), fDone.end(), std::pair(fId, window)) != fDone.end();
+// That a dialog has come to the front may be told when the next one has already followed it there.
+bool DialogJumper::isDone(std::uint32_t activeWindow) const {
+  return std::any_of(fDone.begin(), fDone.end(), [&](const Finished& done) {
+    return done.dialog == fId && (done.isItsOwn || done.window == activeWindow);
+  });
 }
 
 std::optional<std::chrono::milliseconds> DialogJumper::attempt() {
@@ -64,7 +67,8 @@ JumpOutcome DialogJumper::tryOnce(std::optional<ScreenState>* screen) {
 void DialogJumper::finish(JumpOutcome outcome, const std::optional<ScreenState>& screen) {
   // Without a window manager nothing tells one window from another.
   if (screen && screen->activeWindow != 0) {
-    fDone.emplace_back(std::move(fId), screen->activeWindow);
+    const bool isInside = outcome != JumpOutcome::kNoButton && outcome != JumpOutcome::kOutOfWindow;
+    fDone.push_back({std::move(fId), screen->activeWindow, isInside});
     fScreen.watch(screen->activeWindow);
   }
   fDialog.reset();

@@ -54,7 +54,13 @@ class DialogJumper {
  private:
   JumpOutcome tryOnce(std::optional<ScreenState>* screen);
   void finish(JumpOutcome outcome, const std::optional<ScreenState>& screen);
-  bool isDone(std::uint32_t window) const;
+  bool isDone(std::uint32_t activeWindow) const;
+
+  struct Finished {
+    std::string dialog;
+    std::uint32_t window;
+    bool isItsOwn;  // its button was in that window, so that another window in front changes nothing
+  };
 
   JumpScreen& fScreen;
   std::function<Clock::time_point()> fNow;
@@ -62,7 +68,7 @@ class DialogJumper {
   std::string fId;
   std::unique_ptr<AccessiblePart> fDialog;
   Clock::time_point fDeadline{};
-  std::vector<std::pair<std::string, std::uint32_t>> fDone;  // dialogs with their windows
+  std::vector<Finished> fDone;
 };
 
 }  // namespace veltrix

@@ -76,6 +76,28 @@ TEST_F(DialogJumperTest, DialogThatComesToTheFrontAgainLeavesThePointerAlone) {
   EXPECT_EQ(fQuestions, 0);
 }
 
+TEST_F(DialogJumperTest, DialogThatIsToldOfWhenAnotherWindowIsInFrontAlreadyLeavesThePointerAlone) {
+  activate("a");
+  run();
+  fScreen.state->pointer = {1, 1};
+  fScreen.state->activeWindow = 8;
+  activate("a");
+  run();
+  EXPECT_EQ(fScreen.moves.size(), 1U);
+  EXPECT_EQ(fOutcomes.size(), 1U);
+}
+
+TEST_F(DialogJumperTest, DialogThatNeverGotTheKeyboardIsServedWhenItDoes) {
+  fScreen.state->activeArea = {0, 0, 50, 50};
+  activate("a");
+  run();
+  fScreen.state->activeWindow = 8;
+  fScreen.state->activeArea = {0, 0, 1000, 1000};
+  activate("a");
+  run();
+  EXPECT_THAT(fOutcomes, ElementsAre(JumpOutcome::kOutOfWindow, JumpOutcome::kMoved));
+}
+
 TEST_F(DialogJumperTest, DialogThatWasClosedAndIsOpenedAgainCountsAnew) {
   activate("a");
   run();
