@@ -57,15 +57,18 @@ inline constexpr CommandRow kWorkspaceRows[] = {
     on(97, kOnPlasma, kwin("Switch to Desktop 4")),
     on(97, kOnXfce, keys(kHoldControl, XKB_KEY_F4)),
     on(97, kOnSway, CompositorAttempt{"workspace number 4"}),
-    // Show Applications; Super+D is the menu of sway's and i3's own configuration
+    // Show Applications; Super+D is the menu of sway's own configuration, but of i3's only where its wizard
+    // was told that Super is the modifier key
     on(100, kOnPlasma,
        sessionCall("org.kde.plasmashell", "/PlasmaShell", "org.kde.PlasmaShell", "activateLauncherMenu")),
     on(100, kOnGnome, keys(kHoldSuper, XKB_KEY_a)),
     on(100, kOnXfce, ProgramAttempt{{"xfce4-appfinder"}}),
+    onX11(100, kOnSway, ProgramAttempt{{"i3-dmenu-desktop"}}),
     on(100, kOnSway, keys(kHoldSuper, XKB_KEY_d)),
     on(100, kOnPlasma | kOnXfce | kOnOther, keys(kHoldAlt, XKB_KEY_F1)),
     // Run a Command
     on(101, kAllButSway, keys(kHoldAlt, XKB_KEY_F2)),
+    onX11(101, kOnSway, ProgramAttempt{{"dmenu_run"}}),
     on(101, kOnSway, keys(kHoldSuper, XKB_KEY_d)),
     // Show Desktop
     onX11(102, kAllButSway, DisplayAttempt{DisplayOperation::kToggleShowDesktop}),

@@ -63,7 +63,7 @@ class DesktopCheck:
     def open_windows(self, program, *titles):
         """Ends with the method."""
         process = self.desk.desktop.start(["/usr/bin/python3", "-B", TESTS / "desktops/two_windows.py", program, *titles],
-                                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+                                          stdout=subprocess.PIPE, text=True)
         self._ending.callback(process.wait)
         self._ending.callback(process.kill)
         return Lines(process.stdout)

@@ -15,9 +15,12 @@ class X11Check(DesktopCheck):
         """Opens windows one after the other, so that the last one is active; waits for each."""
         for title in titles:
             self.open_windows(program, title)
-            self.windows[title] = wait_until(lambda: self.run_tool(
-                "xdotool", "search", "--onlyvisible", "--name", f"^{title}$").strip(), f"window {title}")
+            self.windows[title] = wait_until(lambda: self.shown(title), f"window {title}")[0]
             self.activate(title)
+
+    def shown(self, title):
+        """The numbers of a visible window of that title, which may be there twice while it comes up."""
+        return self.run_tool("xdotool", "search", "--onlyvisible", "--name", f"^{title}$").split()
 
     def root(self, name):
         """The numbers of a property of the root window."""
@@ -79,8 +82,7 @@ class X11Check(DesktopCheck):
         """The windows of one process; the last one is active."""
         self.open_windows(program, *titles)
         for title in titles:
-            self.windows[title] = wait_until(lambda: self.run_tool(
-                "xdotool", "search", "--onlyvisible", "--name", f"^{title}$").strip(), f"window {title}")
+            self.windows[title] = wait_until(lambda: self.shown(title), f"window {title}")[0]
         self.activate(titles[-1])
 
     def activate(self, title):
@@ -103,8 +105,10 @@ class X11Check(DesktopCheck):
         self.run_tool("xdotool", "click", "1")
 
     def close_popup(self, program):
-        self.run_tool("xdotool", "key", "Escape")
-        wait_until(lambda: not self.popup_of(program), f"{program} to be gone")
+        def closes():
+            self.run_tool("xdotool", "key", "Escape")  # of which a window that has just come up may not hear
+            return not self.popup_of(program)
+        wait_until(closes, f"{program} to be gone")
 
     def has_num_lock(self):
         return re.search(r"Num Lock: +on", self.run_tool("xset", "q")) is not None

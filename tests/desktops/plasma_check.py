@@ -1,0 +1,234 @@
+#!/usr/bin/env python3
+"""What the helper's commands do under Plasma's window manager and service for shortcuts, in an X11 session.
+
+usage: plasma_check.py BUILD_DIR [CODE...]
+"""
+import re
+import subprocess
+import sys
+
+from desktop_check import main, sees, wait_until
+from x11_windows import X11Check
+
+QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+WIDTH, HEIGHT = 1280, 1024
+HALF = WIDTH // 2
+FRAME = 40  # at most
+SETTINGS = "[Desktops]\nNumber=4\nRows=1\n"
+
+
+def is_about(place, left, right):
+    """Whether a window of this place takes the screen's height between two sides, but for its frame."""
+    x, y, width, height = place
+    return (0 <= x - left < FRAME and 0 <= right - x - width < FRAME and 0 <= y < FRAME
+            and 0 <= HEIGHT - y - height < FRAME)
+
+
+class PlasmaCheck(X11Check):
+    name = "Plasma X11"
+    environment = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5"}
+
+    def start(self, desktop):
+        (desktop.home / ".config").mkdir()
+        (desktop.home / ".config/kwinrc").write_text(SETTINGS)
+        # What the bus starts belongs to the session, which is younger than the bus.
+        desktop.run(["dbus-update-activation-environment", "DISPLAY", *self.environment, "QT_QPA_PLATFORM"])
+        desktop.start(["kglobalaccel5"], **QUIET)
+        desktop.start(["kwin_x11"], **QUIET)
+        wait_until(lambda: self.shortcuts_of(desktop, "kwin"), "the window manager")
+        wait_until(lambda: desktop.run(["xprop", "-root", "_NET_NUMBER_OF_DESKTOPS"]).stdout.strip().endswith("= 4"),
+                   "the window manager with its workspaces")
+
+    @staticmethod
+    def shortcuts_of(desktop, component):
+        return re.findall('string "(.*)"', desktop.run(
+            ["dbus-send", "--session", "--print-reply", "--dest=org.kde.kglobalaccel", f"/component/{component}",
+             "org.kde.kglobalaccel.Component.shortcutNames"]).stdout)
+
+    def kwin(self, path, interface, method, *arguments):
+        return self.run_tool("dbus-send", "--session", "--print-reply=literal", "--dest=org.kde.KWin", path,
+                             f"{interface}.{method}", *arguments).strip()
+
+    def effect_is_active(self, name):
+        return "true" in self.kwin("/Effects", "org.kde.kwin.Effects", "isEffectLoaded", f"string:{name}") and \
+            name in self.kwin("/Effects", "org.freedesktop.DBus.Properties", "Get", "string:org.kde.kwin.Effects",
+                              "string:activeEffects")
+
+    @sees(74)
+    def test_close_window(self):
+        self.open("one", "A")
+        self.open("other", "B")
+        self.do(74)
+        wait_until(lambda: not self.exists("B"), "B to be gone")
+        assert self.exists("A"), "A is gone too"
+
+    @sees(75)
+    def test_minimize_window(self):
+        self.open("one", "A", "B")
+        self.do(75)
+        self.wait_state("B", "HIDDEN")
+        self.wait_active("A")
+
+    @sees(76)
+    def test_maximize_window(self):
+        self.open("one", "A")
+        before = self.place("A")
+        self.do(76)
+        self.wait_state("A", "MAXIMIZED_VERT")
+        self.wait_place("A", lambda place: is_about(place, 0, WIDTH), "to fill the screen")
+        self.do(76)
+        self.wait_place("A", lambda place: place == before, "to be as it was")
+
+    @sees(78)
+    def test_next_window(self):
+        self.open("one", "A", "B", "C")
+        self.do(78)
+        self.wait_active("B")
+
+    @sees(79)
+    def test_previous_window(self):
+        self.open("one", "A", "B", "C")
+        self.do(79)
+        self.wait_active("A")
+
+    @sees(80)
+    def test_next_window_of_the_application(self):
+        self.open_together("one", "A", "B")
+        self.open("other", "X")
+        self.activate("B")
+        self.do(80)
+        self.wait_active("A")
+
+    @sees(81, 82)
+    def test_window_to_the_halves(self):
+        self.open("one", "A")
+        self.do(81)
+        self.wait_place("A", lambda place: is_about(place, 0, HALF), "on the left")
+        self.do(82)
+        self.wait_place("A", lambda place: is_about(place, HALF, WIDTH), "on the right")
+
+    @sees(83)
+    def test_move_window_with_the_ball(self):
+        self.open("one", "A")
+        x, y, *size = self.place("A")
+        self.do(83)
+        self.move_ball_until("A", lambda place: [*place[2:]] == size and place[:2] != (x, y), "to have moved")
+        self.click_ball()
+        place = self.place("A")
+        self.move_ball()
+        assert self.place("A") == place, "it still moves"
+
+    @sees(84)
+    def test_resize_window_with_the_ball(self):
+        self.open("one", "A")
+        before = self.place("A")
+        self.do(84)
+        self.move_ball_until("A", lambda place: place[2:] != before[2:], "to have another size")
+        self.click_ball()
+
+    @sees(85)
+    def test_window_menu(self):
+        self.open("one", "A")
+        assert not self.popup_of("kwin_x11"), "there is a menu already"
+        self.do(85)
+        wait_until(lambda: self.popup_of("kwin_x11"), "the menu")
+        self.run_tool("xdotool", "key", "Escape")
+        wait_until(lambda: not self.popup_of("kwin_x11"), "the menu to be gone")
+
+    @sees(86)
+    def test_keep_window_on_top(self):
+        self.open("one", "A")
+        self.do(86)
+        self.wait_state("A", "ABOVE")
+        self.do(86)
+        self.wait_state("A", "ABOVE", there=False)
+
+    @sees(90, 91)
+    def test_neighbouring_workspaces(self):
+        self.go_to_workspace(0)
+        self.do(91)
+        self.wait_workspace(1)
+        self.do(90)
+        self.wait_workspace(0)
+
+    @sees(92, 93)
+    def test_window_to_neighbouring_workspaces(self):
+        self.go_to_workspace(0)
+        self.open("one", "A", "B")
+        for command, workspace in ((93, 1), (92, 0)):
+            self.do(command)
+            self.wait_workspace(workspace)
+            wait_until(lambda: self.workspace_of("B") == workspace, "B to come along")
+            self.wait_active("B")
+        assert self.workspace_of("A") == 0
+
+    @sees(94, 95, 96, 97)
+    def test_workspaces_by_number(self):
+        for command, workspace in ((97, 3), (96, 2), (95, 1), (94, 0)):
+            self.do(command)
+            self.wait_workspace(workspace)
+
+    @sees(102)
+    def test_show_desktop(self):
+        self.open("one", "A", "B")
+        self.do(102)
+        wait_until(lambda: self.root("_NET_SHOWING_DESKTOP") == [1], "the desktop")
+        self.do(102)
+        wait_until(lambda: self.root("_NET_SHOWING_DESKTOP") == [0], "the windows to come back")
+
+    @sees(101, needs=["krunner"])
+    def test_run_a_command(self):
+        self.do(101)
+        wait_until(lambda: self.popup_of("krunner"), "the field for commands")
+        self.close_popup("krunner")
+
+    @sees(107)
+    def test_overview(self):
+        self.do(107)
+        wait_until(lambda: self.effect_is_active("overview"), "the overview")
+        self.do(107)
+        wait_until(lambda: not self.effect_is_active("overview"), "the windows to come back")
+
+    @sees(136)
+    def test_show_all_windows(self):
+        self.open("one", "A", "B")
+        self.do(136)
+        wait_until(lambda: self.effect_is_active("windowview"), "the windows side by side")
+        self.do(136)
+        wait_until(lambda: not self.effect_is_active("windowview"), "the windows to come back")
+
+    @sees(203, 204, 205)
+    def test_magnifier(self):
+        self.do(203)
+        wait_until(lambda: self.effect_is_active("zoom"), "the magnifier")
+        self.do(204)
+        wait_until(lambda: not self.effect_is_active("zoom"), "the actual size")
+        self.do(203)
+        wait_until(lambda: self.effect_is_active("zoom"), "the magnifier")
+        self.do(205)
+        wait_until(lambda: not self.effect_is_active("zoom"), "the actual size")
+
+    @sees(155, 156, needs=["spectacle"])
+    def test_screenshots(self):
+        self.open("one", "A")
+        for command in (155, 156):
+            before = set(self.desk.desktop.home.rglob("*.png"))
+            self.do(command)
+            wait_until(lambda: set(self.desk.desktop.home.rglob("*.png")) - before, "a picture")
+
+    @sees(157, needs=["spectacle"])
+    def test_screenshot_of_an_area(self):
+        self.do(157)
+        wait_until(lambda: self.popup_of("spectacle"), "an area to be asked for")
+        self.close_popup("spectacle")
+
+    @sees(163, 166, 167)
+    def test_questions_before_leaving(self):
+        for command in (163, 166, 167):
+            self.do(command)
+            wait_until(lambda: self.popup_of("ksmserver-logout-greeter"), "the question")
+            self.close_popup("ksmserver-logout-greeter")
+
+
+if __name__ == "__main__":
+    sys.exit(main(PlasmaCheck))
