@@ -89,6 +89,10 @@ bool isValid(const KeysTypedPacket& packet) noexcept {
          packet.outcome <= static_cast<std::uint16_t>(TypingOutcome::kNoKeyboard);
 }
 
+bool isValid(const LampsPacket& packet) noexcept {
+  return (packet.lit & ~(kCapsLockLamp | kNumLockLamp)) == 0 && packet.reserved == 0;
+}
+
 std::optional<PacketKind> packetKind(std::span<const std::byte> message) noexcept {
   PacketHeader header{};
   if (message.size() < sizeof header)

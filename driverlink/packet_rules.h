@@ -21,6 +21,7 @@ bool isValid(const StatusPacket& packet) noexcept;
 bool isValid(const DeviceStatePacket& packet) noexcept;
 bool isValid(const ButtonPacket& packet) noexcept;
 bool isValid(const KeysTypedPacket& packet) noexcept;
+bool isValid(const LampsPacket& packet) noexcept;
 
 // The kind that a message says it is; nothing when it is too short for a header or of another version. Says
 // nothing of the rest of the message.

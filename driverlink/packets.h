@@ -13,7 +13,7 @@
 // connection.
 namespace veltrix {
 
-inline constexpr std::uint16_t kDriverProtocolVersion = 1;
+inline constexpr std::uint16_t kDriverProtocolVersion = 2;
 inline constexpr const char* kDriverSocketPath = "/run/veltrix/driver.sock";
 
 enum class PacketKind : std::uint16_t {
@@ -29,6 +29,7 @@ enum class PacketKind : std::uint16_t {
   kDeviceState = 0x82,
   kButton = 0x83,
   kKeysTyped = 0x84,
+  kLamps = 0x85,
 };
 
 struct PacketHeader {
@@ -166,6 +167,18 @@ struct KeysTypedPacket {
   std::uint16_t outcome;  // a TypingOutcome
 };
 
+inline constexpr std::uint16_t kCapsLockLamp = 0x01;
+inline constexpr std::uint16_t kNumLockLamp = 0x02;
+
+// The lamps of the virtual keyboard, which show by which locks its keys are read. Sent for each change; at
+// the start of a connection all are out until this has been sent.
+struct LampsPacket {
+  static constexpr PacketKind kKind = PacketKind::kLamps;
+  PacketHeader header;
+  std::uint16_t lit;  // k...Lamp bits
+  std::uint16_t reserved;
+};
+
 static_assert(sizeof(ApplyPacket) == 208);
 static_assert(sizeof(WithdrawPacket) == 12);
 static_assert(sizeof(TypeKeysPacket) == 268);
@@ -176,6 +189,7 @@ static_assert(sizeof(StatusPacket) == 32);
 static_assert(sizeof(DeviceStatePacket) == 20);
 static_assert(sizeof(ButtonPacket) == 24);
 static_assert(sizeof(KeysTypedPacket) == 12);
+static_assert(sizeof(LampsPacket) == 8);
 
 inline constexpr std::size_t kLargestPacket = sizeof(TypeKeysPacket);
 

@@ -7,7 +7,8 @@
 #include "driverlink/packet_rules.h"
 
 // What a helper that has gone wrong could send to the driver: the first byte of each message says how long it
-// is, the second how many milliseconds have passed, and how the header is made up.
+// is, the second how many milliseconds have passed, and how the header is made up. The same bytes are then
+// what a driver that has gone wrong could send to the helper.
 namespace {
 
 using namespace veltrix;
@@ -58,10 +59,35 @@ void mendHeader(std::vector<std::byte>& message, unsigned choice) {
     std::memcpy(message.data(), &header, sizeof header);
 }
 
+// The same bytes as a message of that kind, if there are enough.
+template <class Packet>
+std::optional<Packet> readAs(std::span<const std::byte> message) {
+  std::vector<std::byte> bytes(message.begin(), message.end());
+  const auto header = makePacket<Packet>().header;
+  if (bytes.size() < sizeof(Packet))
+    return std::nullopt;
+  bytes.resize(sizeof(Packet));
+  std::memcpy(bytes.data(), &header, sizeof header);
+  return readPacket<Packet>(bytes);
+}
+
+void checkAnswers(std::span<const std::byte> message) {
+  if (const auto status = readAs<StatusPacket>(message))
+    require(status->answer < 5 && status->outputs < 2 && std::strlen(status->driverVersion) < 24);
+  if (const auto state = readAs<DeviceStatePacket>(message))
+    require(state->device.reserved == 0 && state->condition < 6);
+  if (const auto button = readAs<ButtonPacket>(message))
+    require(button->slot < 16 && button->pressed < 2 && button->forHelper < 2);
+  if (const auto typed = readAs<KeysTypedPacket>(message))
+    require(typed->count <= kMostKeySteps && typed->outcome < 3);
+  if (const auto lamps = readAs<LampsPacket>(message))
+    require(lamps->lit < 4 && lamps->reserved == 0);
+}
+
 std::size_t sizeOf(unsigned choice, std::size_t other) {
   constexpr std::size_t kSizes[] = {sizeof(ApplyPacket),       sizeof(WithdrawPacket), sizeof(TypeKeysPacket),
                                     sizeof(MovePointerPacket), sizeof(MonitorPacket),  0,
-                                    sizeof(StopTypingPacket)};
+                                    sizeof(StopTypingPacket),  sizeof(LampsPacket)};
   const std::size_t size = kSizes[choice % std::size(kSizes)];
   return size != 0 ? size : other;
 }
@@ -87,6 +113,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (choice >= 128)
       message.resize(wanted);
     mendHeader(message, choice);
+    checkAnswers(message);
     const std::uint64_t before = requests.count;
     const bool went = reader.take(message, now);
     require(requests.count - before <= 1 && (!went || requests.count == before + 1));

@@ -60,12 +60,13 @@ TEST_F(RequestReaderTest, RefusesWhatOnlyTheDriverSays) {
   EXPECT_FALSE(take(makePacket<DeviceStatePacket>()));
   EXPECT_FALSE(take(makePacket<ButtonPacket>()));
   EXPECT_FALSE(take(makePacket<KeysTypedPacket>()));
+  EXPECT_FALSE(take(makePacket<LampsPacket>()));
   EXPECT_THAT(requests.log, IsEmpty());
 }
 
 TEST_F(RequestReaderTest, RefusesAnotherVersionAndUnknownKinds) {
   auto other = makePacket<MonitorPacket>();
-  other.header.version = 2;
+  other.header.version = kDriverProtocolVersion + 1;
   EXPECT_FALSE(take(other));
   auto unknown = makePacket<MonitorPacket>();
   unknown.header.kind = 77;

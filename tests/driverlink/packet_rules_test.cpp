@@ -47,6 +47,7 @@ TEST(PacketRules, takesEveryKindAsItIsMade) {
   EXPECT_TRUE(accepted(makePacket<DeviceStatePacket>()));
   EXPECT_TRUE(accepted(makePacket<ButtonPacket>()));
   EXPECT_TRUE(accepted(makePacket<KeysTypedPacket>()));
+  EXPECT_TRUE(accepted(makePacket<LampsPacket>()));
 }
 
 TEST(PacketRules, refusesAnotherVersionKindOrSize) {
@@ -118,6 +119,9 @@ TEST(PacketRules, refusesAnswersThatNoDriverGives) {
   EXPECT_FALSE(acceptedWith<ButtonPacket>(makePacket<ButtonPacket>(), [](auto& p) { p.slot = 16; }));
   EXPECT_FALSE(acceptedWith<ButtonPacket>(makePacket<ButtonPacket>(), [](auto& p) { p.pressed = 2; }));
   EXPECT_FALSE(acceptedWith<KeysTypedPacket>(makePacket<KeysTypedPacket>(), [](auto& p) { p.outcome = 3; }));
+  EXPECT_TRUE(acceptedWith<LampsPacket>(makePacket<LampsPacket>(), [](auto& p) { p.lit = 3; }));
+  EXPECT_FALSE(acceptedWith<LampsPacket>(makePacket<LampsPacket>(), [](auto& p) { p.lit = 4; }));
+  EXPECT_FALSE(acceptedWith<LampsPacket>(makePacket<LampsPacket>(), [](auto& p) { p.reserved = 1; }));
 }
 
 RC_GTEST_PROP(PacketRulesProperty, whatIsAcceptedIsTheMessageItself, (std::vector<std::uint8_t> noise)) {

@@ -71,9 +71,10 @@ class HelperTest(DriverCase):
         chance = random.Random(1)
         ball = self.plug()
         apply = struct.pack("=HHH2x", 0xA1D0, PRODUCT, PRODUCT_VERSION) + link.record() + bytes(20)
-        broken = [(link.APPLY, apply, 2), (link.APPLY, apply[:-1], 1), (link.APPLY, apply + b"\0", 1), (99, b"", 1),
-                  (link.STATUS, bytes(28), 1), (link.MONITOR, struct.pack("=I", 2), 1), (link.APPLY, bytes(4000), 1)]
-        broken += [(chance.randrange(1, 6), chance.randbytes(chance.randrange(1, 268)), 1) for _ in range(20)]
+        own = link.VERSION
+        broken = [(link.APPLY, apply, own + 1), (link.APPLY, apply[:-1], own), (link.APPLY, apply + b"\0", own), (99, b"", own),
+                  (link.STATUS, bytes(28), own), (link.MONITOR, struct.pack("=I", 2), own), (link.APPLY, bytes(4000), own)]
+        broken += [(chance.randrange(1, 6), chance.randbytes(chance.randrange(1, 268)), own) for _ in range(20)]
         for kind, body, version in broken:
             with self.subTest(kind=kind, size=len(body), version=version), link.Link() as connection:
                 connection.expect_status(link.ACCEPTED)

@@ -6,9 +6,10 @@ import struct
 import time
 
 SOCKET = "/run/veltrix/driver.sock"
-VERSION = 1
+VERSION = 2
 APPLY, WITHDRAW, TYPE_KEYS, MOVE_POINTER, MONITOR, STOP_TYPING = 1, 2, 3, 4, 5, 6
-STATUS, DEVICE_STATE, BUTTON, KEYS_TYPED = 0x81, 0x82, 0x83, 0x84
+STATUS, DEVICE_STATE, BUTTON, KEYS_TYPED, LAMPS = 0x81, 0x82, 0x83, 0x84, 0x85
+CAPS_LOCK_LAMP, NUM_LOCK_LAMP = 1, 2
 TYPED, STOPPED, NO_KEYBOARD = range(3)
 ACCEPTED, NOT_THE_ACTIVE_USER, BROKEN_RULE, STOPPING, REPLACED = range(5)
 DETACHED, LEFT_ALONE, WAITING, TAKEN, BUSY, FAILED = range(6)
@@ -18,12 +19,14 @@ Status = collections.namedtuple("Status", "answer outputs version")
 DeviceState = collections.namedtuple("DeviceState", "vendor product productVersion number condition error")
 Button = collections.namedtuple("Button", "vendor product productVersion number slot command pressed forHelper")
 KeysTyped = collections.namedtuple("KeysTyped", "id count outcome")
+Lamps = collections.namedtuple("Lamps", "lit")
 
 ANSWERS = {
     STATUS: ("=HH24s", Status),
     DEVICE_STATE: ("=HHH2xIHH", DeviceState),
     BUTTON: ("=HHH2xIHHHH", Button),
     KEYS_TYPED: ("=IHH", KeysTyped),
+    LAMPS: ("=H2x", Lamps),
 }
 
 
