@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "driverlink/packets.h"
 #include "helper/typing/keyboard_model.h"
 #include "platform/text_encoding.h"
 
@@ -11,13 +12,14 @@ namespace {
 
 constexpr std::uint16_t kLastKey = 247;
 
-const veltrix::KeyboardModel& keyboard(const char* layout) {
+const veltrix::KeyboardModel& keyboard(const char* layout, std::uint16_t lamps) {
   auto context = veltrix::xkb::makeContext();
   auto found = veltrix::xkb::keymapOfNames(context.get(), {"", layout, "", ""});
   auto model = veltrix::KeyboardModel::of(std::move(context), std::move(found), "en_US.UTF-8");
   if (!model) {
     std::abort();
   }
+  model.value().setLamps(lamps);
   return *new veltrix::KeyboardModel(std::move(model.value()));  // to the end of the process
 }
 
@@ -53,12 +55,14 @@ void check(const veltrix::TypingPlan& plan, std::string_view text) {
 
 }  // namespace
 
-// Any bytes as the text of a snippet, on a layout with dead keys and on one of another script.
+// Any bytes as the text of a snippet, on a layout with dead keys, with Caps Lock and without, and on one of
+// another script.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const auto& french = keyboard("fr");
-  static const auto& russian = keyboard("ru");
+  static const auto& french = keyboard("fr", 0);
+  static const auto& lockedFrench = keyboard("fr", veltrix::kCapsLockLamp | veltrix::kNumLockLamp);
+  static const auto& russian = keyboard("ru", 0);
   const std::string_view text(reinterpret_cast<const char*>(data), size);
-  for (const auto* model : {&french, &russian}) {
+  for (const auto* model : {&french, &lockedFrench, &russian}) {
     for (const auto unicode : {veltrix::UnicodeInput::kNone, veltrix::UnicodeInput::kControlShiftU}) {
       check(veltrix::planTyping(*model, text, unicode), text);
     }

@@ -33,9 +33,9 @@ bool isAmongLetters(std::uint16_t code) {
   return code <= KEY_SPACE || code == KEY_102ND || code == KEY_RO || code == KEY_YEN;
 }
 
-// A state with Num Lock on, or one with nothing on when the keymap has no such key.
-xkb::State stateWithNumLock(xkb_keymap* keymap, xkb_layout_index_t group) {
-  auto state = stateOfGroup(keymap, group);
+// A state with Num Lock the other way round, unless the keymap has no such key.
+xkb::State stateWithOtherNumLock(xkb_keymap* keymap, xkb_layout_index_t group, xkb_mod_mask_t locked) {
+  auto state = stateOfGroup(keymap, group, locked);
   const auto key = xkb::keycodeOf(KEY_NUMLOCK);
   xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
   xkb_state_update_key(state.get(), key, XKB_KEY_UP);
@@ -64,22 +64,22 @@ unsigned reluctance(const KeysymKey& key) {
   return (isAmongLetters(key.code) ? 0 : kFarReluctance) + held;
 }
 
-std::vector<KeysymKey> keysOfGroup(xkb_keymap* keymap, xkb_layout_index_t group,
+std::vector<KeysymKey> keysOfGroup(xkb_keymap* keymap, xkb_layout_index_t group, xkb_mod_mask_t locked,
                                    const ModifierKeys& modifiers) {
   std::vector<KeysymKey> keys;
-  const auto locked = stateWithNumLock(keymap, group);
-  const auto plain = stateOfGroup(keymap, group);
+  const auto other = stateWithOtherNumLock(keymap, group, locked);
+  const auto plain = stateOfGroup(keymap, group, locked);
   for (const auto held : kLevelSets) {
     const auto hold = modifiers.toHold(held);
     if (!hold || !hold->clean) {
       continue;
     }
-    const auto state = stateOfGroup(keymap, group);
+    const auto state = stateOfGroup(keymap, group, locked);
     pressKeys(state.get(), hold->keys);
     for (std::uint16_t code = kFirstKey; code <= kLastKey; ++code) {
       const auto keysym = keysymOf(state.get(), code);
       const auto without = keysymOf(plain.get(), code);
-      const bool dependsOnLock = isKeypadCode(code) && keysymOf(locked.get(), code) != without;
+      const bool dependsOnLock = isKeypadCode(code) && keysymOf(other.get(), code) != without;
       const bool isReliable = !dependsOnLock || (held == 0 && !typesText(keysym));
       if (keysym != XKB_KEY_NoSymbol && (held == 0 || keysym != without) && isReliable) {
         keys.push_back({keysym, code, held});

@@ -19,9 +19,10 @@ struct KeysymKey {
 unsigned reluctance(const KeysymKey& key);
 bool isOnKeypad(const KeysymKey& key);
 
-// The keysyms that the keys of one group produce, each once with the key that suits best, in ascending order.
-// Left out are characters of the keypad that depend on Num Lock and whatever leaves a modifier locked.
-std::vector<KeysymKey> keysOfGroup(xkb_keymap* keymap, xkb_layout_index_t group,
+// The keysyms that the keys of one group produce while those modifiers are locked, each once with the key
+// that suits best, in ascending order. Left out are characters of the keypad that depend on Num Lock and
+// whatever changes a lock. The modifier keys are those of the same group and locks.
+std::vector<KeysymKey> keysOfGroup(xkb_keymap* keymap, xkb_layout_index_t group, xkb_mod_mask_t locked,
                                    const ModifierKeys& modifiers);
 
 // Null when the table does not have it.

@@ -15,6 +15,9 @@ class LayoutPlanner final : public KeyPlanner {
   LayoutPlanner(sd_event* loop, UnicodeInput unicode, std::unique_ptr<GroupSource> groups)
       : fLayout(loop, KeyboardSources::ofSystem(), std::move(groups)), fUnicode(unicode) {}
 
+  // Of the driver's keyboard, from the next plan on; k...Lamp bits of driverlink/packets.h.
+  void setLamps(std::uint16_t lit) { fLayout.setLamps(lit); }
+
   std::optional<KeyPress> keysFor(const KeyStroke& stroke) override {
     const KeyboardModel* keyboard = fLayout.current();
     return keyboard == nullptr ? std::nullopt : keyboard->keysFor(stroke);

@@ -40,6 +40,9 @@ const KeyboardModel* LayoutWatch::current() {
       fModel.emplace(std::move(model.value()));
     }
   }
+  if (fModel) {
+    fModel->setLamps(fLamps);
+  }
   return fModel ? &*fModel : nullptr;
 }
 

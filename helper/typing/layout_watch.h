@@ -27,6 +27,9 @@ class LayoutWatch {
   LayoutWatch(const LayoutWatch&) = delete;
   LayoutWatch& operator=(const LayoutWatch&) = delete;
 
+  // The lamps of the keyboard from now on, as KeyboardModel::setLamps() takes them.
+  void setLamps(std::uint16_t lit) { fLamps = lit; }
+
   // Made when the layout has changed since the last call; valid until the next one. Null when there is no
   // keyboard data at all.
   const KeyboardModel* current();
@@ -47,6 +50,7 @@ class LayoutWatch {
   xkb_layout_index_t fGroup = 0;  // of the compositor's keymap
   ReconnectDelay fDelay;
   std::uint64_t fNextAttempt = 0;  // of the loop's monotonic clock, in microseconds
+  std::uint16_t fLamps = 0;
   std::optional<KeyboardModel> fModel;
 };
 

@@ -31,9 +31,9 @@ bool isOnKeyboards(std::uint16_t code) {
 
 }  // namespace
 
-xkb::State stateOfGroup(xkb_keymap* keymap, xkb_layout_index_t group) {
+xkb::State stateOfGroup(xkb_keymap* keymap, xkb_layout_index_t group, xkb_mod_mask_t locked) {
   xkb::State state(xkb_state_new(keymap));
-  xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
+  xkb_state_update_mask(state.get(), 0, 0, locked, 0, 0, group);
   return state;
 }
 
@@ -53,7 +53,8 @@ void releaseKeys(xkb_state* state, const HeldKeys& keys) {
   }
 }
 
-ModifierKeys::ModifierKeys(xkb_keymap* keymap, xkb_layout_index_t group) : fKeymap(keymap), fGroup(group) {
+ModifierKeys::ModifierKeys(xkb_keymap* keymap, xkb_layout_index_t group, xkb_mod_mask_t locked)
+    : fKeymap(keymap), fGroup(group), fLocked(locked) {
   for (std::size_t kind = 0; kind < kHeldKinds; ++kind) {
     fCandidates[kind] = candidatesFor(kKinds[kind].keysyms);
   }
@@ -63,13 +64,13 @@ std::vector<ModifierKeys::Candidate> ModifierKeys::candidatesFor(
     std::span<const xkb_keysym_t> keysyms) const {
   std::vector<Candidate> best;
   std::vector<Candidate> others;
-  const auto plain = stateOfGroup(fKeymap, fGroup);
+  const auto plain = stateOfGroup(fKeymap, fGroup, fLocked);
   for (const auto keysym : keysyms) {
     for (std::uint16_t code = kFirstKey; code <= kLastKey; ++code) {
       if (xkb_state_key_get_one_sym(plain.get(), xkb::keycodeOf(code)) != keysym) {
         continue;
       }
-      const auto state = stateOfGroup(fKeymap, fGroup);
+      const auto state = stateOfGroup(fKeymap, fGroup, fLocked);
       xkb_state_update_key(state.get(), xkb::keycodeOf(code), XKB_KEY_DOWN);
       const auto modifiers = xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_DEPRESSED);
       if (modifiers != 0 || xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE) != fGroup) {
@@ -83,12 +84,12 @@ std::vector<ModifierKeys::Candidate> ModifierKeys::candidatesFor(
 }
 
 bool ModifierKeys::isClean(const HeldKeys& keys, xkb_mod_mask_t modifiers) const {
-  const auto state = stateOfGroup(fKeymap, fGroup);
+  const auto state = stateOfGroup(fKeymap, fGroup, fLocked);
   pressKeys(state.get(), keys);
   const auto held = xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE);
   releaseKeys(state.get(), keys);
   return (held & modifiers) == modifiers &&
-         xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE) == 0 &&
+         xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE) == fLocked &&
          xkb_state_serialize_layout(state.get(), XKB_STATE_LAYOUT_EFFECTIVE) == fGroup;
 }
 

@@ -27,22 +27,23 @@ inline constexpr std::uint16_t kLastKey = 247;
 // Evdev codes in the order in which they go down, up to the first 0.
 using HeldKeys = std::array<std::uint16_t, kHeldKinds>;
 
-// A state of the keymap with nothing held and that group in effect.
-xkb::State stateOfGroup(xkb_keymap* keymap, xkb_layout_index_t group);
+// A state of the keymap with nothing held, that group in effect and those modifiers locked.
+xkb::State stateOfGroup(xkb_keymap* keymap, xkb_layout_index_t group, xkb_mod_mask_t locked);
 
 // Presses the keys in their order, or releases them in the opposite one.
 void pressKeys(xkb_state* state, const HeldKeys& keys);
 void releaseKeys(xkb_state* state, const HeldKeys& keys);
 
-// The modifier keys of one group of a keymap: those that are Shift and so on there, wherever they lie.
+// The modifier keys of one group of a keymap while modifiers are locked: those that are Shift and so on
+// there, wherever they lie.
 class ModifierKeys {
  public:
   // The keymap must outlive the object.
-  ModifierKeys(xkb_keymap* keymap, xkb_layout_index_t group);
+  ModifierKeys(xkb_keymap* keymap, xkb_layout_index_t group, xkb_mod_mask_t locked);
 
   struct Hold {
     HeldKeys keys{};
-    bool clean = true;  // once they are up again all is as before: no lock, the same group
+    bool clean = true;  // once they are up again all is as before: the same locks and group
   };
 
   // The keys that hold a set; a clean way when there is one. Nothing when the keymap lacks one of them.
@@ -59,6 +60,7 @@ class ModifierKeys {
 
   xkb_keymap* fKeymap;
   xkb_layout_index_t fGroup;
+  xkb_mod_mask_t fLocked;
   std::array<std::vector<Candidate>, kHeldKinds> fCandidates;  // the best first, by bit
 };
 

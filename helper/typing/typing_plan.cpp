@@ -21,7 +21,8 @@ bool isControl(char32_t character) {
 // Builds a plan from the beginning of the text to its end.
 class Planner {
  public:
-  Planner(const KeyboardModel& keyboard, UnicodeInput unicode) : fKeyboard(keyboard), fUnicode(unicode) {}
+  Planner(const KeyboardModel& keyboard, UnicodeInput unicode)
+      : fKeyboard(keyboard), fUnicode(unicode), fLiftKey(keyboard.keyThatLiftsLock()) {}
 
   TypingPlan plan(std::string_view text) {
     std::size_t at = 0;
@@ -34,17 +35,33 @@ class Planner {
         add(*character);
       }
     }
+    lift(false);
     return std::move(fPlan);
   }
 
  private:
   void add(char32_t character) {
-    const auto keys = fKeyboard.keysForCharacter(character);
-    if (!keys.empty()) {
+    if (const auto keys = fKeyboard.keysForCharacter(character); !keys.empty()) {
+      lift(false);
       append(keys);
+    } else if (const auto others = fKeyboard.keysWithLockLifted(character); !others.empty()) {
+      lift(true);
+      append(others);
     } else if (fUnicode == UnicodeInput::kNone || isControl(character) || !addNumber(character)) {
       miss(character);
     }
+  }
+
+  // Some characters cannot be typed while letters are locked: with Caps Lock the key of "ß" gives "ẞ" on a
+  // German keyboard, and with Shift "?". The lock is off for those alone, so that a text that is stopped
+  // leaves it as it was wherever it can.
+  void lift(bool wanted) {
+    if (!fLiftKey || wanted == fIsLifted) {
+      return;
+    }
+    fIsLifted = wanted;
+    fPlan.presses.push_back(*fLiftKey);
+    fPlan.isComposed = true;
   }
 
   void append(const std::vector<KeyPress>& presses) {
@@ -58,7 +75,8 @@ class Planner {
     }
   }
 
-  // The character by its number. False, with nothing added, when this layout has no keys for that.
+  // The character by its number, for which programs want the letters as they are. False, with nothing added,
+  // when this layout has no keys for that.
   bool addNumber(char32_t character) {
     std::array<char, 8> digits{};
     const auto* const end =
@@ -69,19 +87,22 @@ class Planner {
     }
     std::vector<KeyPress> presses{*opening};
     for (const char* digit = digits.data(); digit <= end; ++digit) {
-      const auto keys = fKeyboard.keysForCharacter(
+      const auto keys = fKeyboard.keysWithLockLifted(
           digit == end ? U' ' : static_cast<char32_t>(static_cast<unsigned char>(*digit)));
       if (keys.size() != 1) {  // a dead key would end the number
         return false;
       }
       presses.push_back(keys.front());
     }
+    lift(true);
     append(presses);
     return true;
   }
 
   const KeyboardModel& fKeyboard;
   UnicodeInput fUnicode;
+  std::optional<KeyPress> fLiftKey;
+  bool fIsLifted = false;
   TypingPlan fPlan;
 };
 

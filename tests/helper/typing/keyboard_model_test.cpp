@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <variant>
 
+#include "driverlink/packets.h"
 #include "helper/commands/command_table.h"
 #include "tests/helper/typing/typed_keyboard.h"
 #include "tests/support/environment.h"
@@ -314,6 +315,108 @@ TEST(KeyboardModelText, NewLinesAndTabsAreTheirKeysAndOtherControlsNone) {
   for (const char32_t control : {U'\0', U'\3', U'\b', U'\x1B', U'\x7F', U'\x80', U'\x9F'}) {
     EXPECT_THAT(us.keysForCharacter(control), IsEmpty()) << std::uint32_t{control};
   }
+}
+
+KeyboardModel lockedModel(const TypedKeyboard& keyboard) {
+  auto model = keyboard.model();
+  model.setLamps(kCapsLockLamp);
+  return model;
+}
+
+TEST(KeyboardModelLocks, CapsLockTurnsShiftRoundForLettersOnly) {
+  const auto us = lockedModel(TypedKeyboard("us"));
+  EXPECT_THAT(us.keysForCharacter(U'a'), ElementsAre(press(KEY_A, {KEY_LEFTSHIFT})));
+  EXPECT_THAT(us.keysForCharacter(U'A'), ElementsAre(press(KEY_A)));
+  EXPECT_THAT(us.keysForCharacter(U'1'), ElementsAre(press(KEY_1)));
+  EXPECT_THAT(us.keysForCharacter(U'!'), ElementsAre(press(KEY_1, {KEY_LEFTSHIFT})));
+  const auto dvorak = lockedModel(TypedKeyboard("us:dvorak"));
+  EXPECT_THAT(dvorak.keysForCharacter(U'C'), ElementsAre(press(KEY_I)));
+  const auto greek = lockedModel(TypedKeyboard("gr"));
+  EXPECT_THAT(greek.keysForCharacter(U'Π'), ElementsAre(press(KEY_P)));
+  EXPECT_THAT(greek.keysForCharacter(U'π'), ElementsAre(press(KEY_P, {KEY_LEFTSHIFT})));
+  const auto russian = lockedModel(TypedKeyboard("ru"));
+  EXPECT_THAT(russian.keysForCharacter(U'й'), ElementsAre(press(KEY_Q, {KEY_LEFTSHIFT})));
+}
+
+TEST(KeyboardModelLocks, DeadKeysComposeUnderCapsLock) {
+  const auto german = lockedModel(TypedKeyboard("de"));
+  EXPECT_THAT(german.keysForCharacter(U'ê'), ElementsAre(press(KEY_GRAVE), press(KEY_E, {KEY_LEFTSHIFT})));
+  EXPECT_THAT(german.keysForCharacter(U'Ê'), ElementsAre(press(KEY_GRAVE), press(KEY_E)));
+}
+
+TEST(KeyboardModelLocks, CharacterThatCapsLockKeepsAwayIsThereOnceItIsLifted) {
+  const TypedKeyboard keyboard("de");
+  const auto german = lockedModel(keyboard);
+  EXPECT_THAT(german.keysForCharacter(U'ẞ'), ElementsAre(press(KEY_MINUS)));
+  EXPECT_THAT(german.keysForCharacter(U'ß'), IsEmpty());
+  EXPECT_THAT(german.keysWithLockLifted(U'ß'), ElementsAre(press(KEY_MINUS)));
+  EXPECT_THAT(german.keyThatLiftsLock(), Optional(press(KEY_CAPSLOCK)));
+  EXPECT_EQ(keyboard.model().keyThatLiftsLock(), std::nullopt);
+  EXPECT_THAT(keyboard.model().keysWithLockLifted(U'ß'), ElementsAre(press(KEY_MINUS)));
+}
+
+TEST(KeyboardModelLocks, LampsThatGoOutAreForgotten) {
+  auto us = lockedModel(TypedKeyboard("us"));
+  us.setLamps(0);
+  EXPECT_THAT(us.keysForCharacter(U'a'), ElementsAre(press(KEY_A)));
+  EXPECT_EQ(us.keyThatLiftsLock(), std::nullopt);
+}
+
+TEST(KeyboardModelLocks, KeyThatDoesNothingElseLiftsALockOfShift) {
+  const auto us = lockedModel(TypedKeyboard(withOption("us", "caps:shiftlock")));
+  EXPECT_THAT(us.keysForCharacter(U'!'), ElementsAre(press(KEY_1)));
+  EXPECT_THAT(us.keysForCharacter(U'1'), IsEmpty());
+  EXPECT_THAT(us.keysWithLockLifted(U'1'), ElementsAre(press(KEY_1)));
+  EXPECT_THAT(us.keyThatLiftsLock(), Optional(press(KEY_CAPSLOCK)));
+}
+
+TEST(KeyboardModelLocks, ShiftThatEndsCapsLockIsNotPressedUnderIt) {
+  const TypedKeyboard keyboard(withOption("us", "shift:breaks_caps"));
+  const auto plan = planTyping(lockedModel(keyboard), "Abc!A", UnicodeInput::kNone);
+  EXPECT_THAT(plan.missing, IsEmpty());
+  KeyReader reader(keyboard);
+  reader.lock(KEY_CAPSLOCK);
+  EXPECT_EQ(reader.read(plan.presses), "Abc!A");
+  EXPECT_TRUE(reader.isAtRest());
+}
+
+TEST(KeyboardModelLocks, LampThatShowsTheGroupTellsOfNoLock) {
+  const LayoutNames names{.model = "", .layout = "us,de", .variant = "", .options = "grp_led:caps"};
+  for (const xkb_layout_index_t group : {0U, 1U}) {
+    const auto model = lockedModel(TypedKeyboard(names, group));
+    EXPECT_THAT(model.keysForCharacter(U'a'), ElementsAre(press(KEY_A))) << group;
+  }
+}
+
+TEST(KeyboardModelLocks, KeymapWithoutLampsHasNoLocks) {
+  std::string text = kSmallKeymap;
+  constexpr std::string_view kWithLamps = R"(include "complete")";
+  text.replace(text.rfind(kWithLamps), kWithLamps.size(),
+               "interpret Shift_L { action = SetMods(modifiers = Shift); };");
+  const auto small = lockedModel(TypedKeyboard::ofText(text.c_str()));
+  EXPECT_THAT(small.keysForCharacter(U'A'), ElementsAre(press(KEY_A, {KEY_LEFTSHIFT})));
+}
+
+TEST(KeyboardModelLocks, ShortcutsAreTheSameUnderCapsLock) {
+  for (const char* layout : {"us", "us:dvorak", "de", "fr", "ru", "gr"}) {
+    const TypedKeyboard keyboard(layout);
+    const auto plain = keyboard.model();
+    auto locked = lockedModel(keyboard);
+    for (const auto lamps : {int{kCapsLockLamp}, int{kNumLockLamp}, kCapsLockLamp | kNumLockLamp}) {
+      locked.setLamps(static_cast<std::uint16_t>(lamps));
+      for (const auto& row : commandTable()) {
+        if (const auto* stroke = std::get_if<KeyStroke>(&row.attempt)) {
+          EXPECT_EQ(locked.keysFor(*stroke), plain.keysFor(*stroke)) << layout << ' ' << row.command;
+        }
+      }
+    }
+  }
+}
+
+TEST(KeyboardModelLocks, SignOfAShortcutIsTheOneThatALockOfShiftGives) {
+  const auto us = lockedModel(TypedKeyboard(withOption("us", "caps:shiftlock")));
+  EXPECT_THAT(us.keysFor({kHoldControl, XKB_KEY_plus}), Optional(press(KEY_EQUAL, {KEY_LEFTCTRL})));
+  EXPECT_THAT(us.keysFor({kHoldControl, XKB_KEY_c}), Optional(press(KEY_C, {KEY_LEFTCTRL})));
 }
 
 TEST(KeyboardModelText, LocaleWithoutATableComposesAsEnglish) {

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "driverlink/packets.h"
 #include "tests/helper/typing/fake_compositor.h"
 #include "tests/helper/typing/layout_watch_fixture.h"
 #include "tests/support/child_process.h"
@@ -32,6 +33,15 @@ TEST_F(LayoutWatchTest, WithoutADisplayTheSystemsNamesCount) {
 TEST_F(LayoutWatchTest, DisplaysThatAreNotThereLeaveTheSystemsNames) {
   LayoutWatch watch(fLoop.get(), sources(":4711", fFolder / "nobody"));
   EXPECT_TRUE(untilTyped(watch, U'π', KEY_P));
+}
+
+TEST_F(LayoutWatchTest, LampsCountFromTheNextLookOn) {
+  LayoutWatch watch(fLoop.get(), sources("", ""));
+  watch.setLamps(kCapsLockLamp);
+  ASSERT_NE(watch.current(), nullptr);
+  EXPECT_EQ(watch.current()->keysForCharacter(U'Π').front().modifiers[0], 0);
+  watch.setLamps(0);
+  EXPECT_EQ(watch.current()->keysForCharacter(U'Π').front().modifiers[0], KEY_LEFTSHIFT);
 }
 
 TEST_F(LayoutWatchTest, ModelStaysAsLongAsTheLayout) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 
+#include "driverlink/packets.h"
 #include "platform/text_encoding.h"
 
 namespace veltrix::testing {
@@ -112,6 +113,18 @@ KeyReader::KeyReader(const TypedKeyboard& keyboard)
   xkb_state_update_mask(fState.get(), 0, 0, 0, 0, 0, fGroup);
 }
 
+void KeyReader::lock(std::uint16_t code) {
+  move(code, true);
+  move(code, false);
+  fLocked = xkb_state_serialize_mods(fState.get(), XKB_STATE_MODS_EFFECTIVE);
+}
+
+std::uint16_t KeyReader::lamps() const {
+  const bool caps = xkb_state_led_name_is_active(fState.get(), XKB_LED_NAME_CAPS) > 0;
+  const bool num = xkb_state_led_name_is_active(fState.get(), XKB_LED_NAME_NUM) > 0;
+  return static_cast<std::uint16_t>((caps ? kCapsLockLamp : 0) | (num ? kNumLockLamp : 0));
+}
+
 std::string KeyReader::read(const KeyPress& press) {
   const auto end = std::find(press.modifiers.begin(), press.modifiers.end(), 0);
   std::for_each(press.modifiers.begin(), end, [this](std::uint16_t code) { move(code, true); });
@@ -138,7 +151,7 @@ std::string KeyReader::read(const std::vector<KeyPress>& presses) {
 }
 
 bool KeyReader::isAtRest() const {
-  return fDown.empty() && xkb_state_serialize_mods(fState.get(), XKB_STATE_MODS_EFFECTIVE) == 0 &&
+  return fDown.empty() && xkb_state_serialize_mods(fState.get(), XKB_STATE_MODS_EFFECTIVE) == fLocked &&
          xkb_state_serialize_layout(fState.get(), XKB_STATE_LAYOUT_EFFECTIVE) == fGroup &&
          xkb_compose_state_get_status(fCompose.get()) != XKB_COMPOSE_COMPOSING;
 }
@@ -158,7 +171,9 @@ std::string KeyReader::textOf(xkb_keysym_t keysym) {
   if (keysym == XKB_KEY_Return || keysym == XKB_KEY_Tab) {
     return keysym == XKB_KEY_Return ? "\n" : "\t";
   }
-  xkb_compose_state_feed(fCompose.get(), keysym);
+  if (xkb_compose_state_feed(fCompose.get(), keysym) == XKB_COMPOSE_FEED_IGNORED) {
+    return "";  // a modifier key
+  }
   switch (xkb_compose_state_get_status(fCompose.get())) {
     case XKB_COMPOSE_COMPOSED:
       return composedText(fCompose.get());

@@ -45,6 +45,11 @@ class KeyReader {
  public:
   explicit KeyReader(const TypedKeyboard& keyboard);
 
+  // Presses and releases a key that locks something; from now on that is what is at rest.
+  void lock(std::uint16_t code);
+  // The lamps that the keyboard shows, k...Lamp bits.
+  std::uint16_t lamps() const;
+
   // Presses modifiers and key, releases them in the opposite order. "\n" for Return, "\t" for Tab; what a
   // sequence of dead keys gives comes with its last key.
   std::string read(const KeyPress& press);
@@ -54,7 +59,7 @@ class KeyReader {
   xkb_keysym_t keysym() const { return fKeysym; }
   bool hadHeld(const char* modifier) const { return fHeld.count(modifier) > 0; }
 
-  // Whether all keys are up, no modifier is held or locked, the group is as before and no sequence is open.
+  // Whether all keys are up, no modifier is held, locks and group are as before and no sequence is open.
   bool isAtRest() const;
 
  private:
@@ -62,6 +67,7 @@ class KeyReader {
   std::string textOf(xkb_keysym_t keysym);
 
   xkb_layout_index_t fGroup;
+  xkb_mod_mask_t fLocked = 0;
   xkb::State fState;
   xkb::ComposeState fCompose;
   std::multiset<std::uint16_t> fDown;

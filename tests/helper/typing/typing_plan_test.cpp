@@ -5,7 +5,9 @@
 
 #include <cstdlib>
 #include <set>
+#include <tuple>
 
+#include "driverlink/packets.h"
 #include "helper/typing/keyboard_model.h"
 #include "platform/text_encoding.h"
 #include "tests/helper/typing/typed_keyboard.h"
@@ -113,10 +115,91 @@ TEST_P(TypingPlanOn, BytesOfAnyKindLeaveNothingDown) {
   });
 }
 
-INSTANTIATE_TEST_SUITE_P(Layouts, TypingPlanOn,
-                         ::testing::Values("us", "gb", "de", "fr", "us:dvorak", "us:intl", "es", "jp", "ru",
-                                           "gr", "de:neo"),
-                         testing::nameOfLayout);
+constexpr const char* kLayouts[] = {"us", "gb", "de",     "fr", "us:dvorak", "us:intl",
+                                    "es", "jp", "de:neo", "ru", "gr",        "ch:fr"};
+INSTANTIATE_TEST_SUITE_P(Layouts, TypingPlanOn, ::testing::ValuesIn(kLayouts), testing::nameOfLayout);
+
+using Locks = std::vector<std::uint16_t>;  // the keys that lock something
+
+// With those locks on before the text and after it.
+class TypingPlanUnderLocks : public ::testing::TestWithParam<std::tuple<const char*, Locks>> {
+ protected:
+  KeyReader reader() const {
+    KeyReader reader(keyboard);
+    for (const auto key : std::get<1>(GetParam())) {
+      reader.lock(key);
+    }
+    return reader;
+  }
+  KeyboardModel model() const {
+    auto model = keyboard.model();
+    model.setLamps(reader().lamps());
+    return model;
+  }
+
+  const TypedKeyboard keyboard{std::get<0>(GetParam())};
+};
+
+TEST_P(TypingPlanUnderLocks, EveryCharacterOfTheLayoutArrives) {
+  const auto locked = model();
+  for (const auto character : keyboard.characters()) {
+    const std::string text = utf8({character});
+    const auto plan = planTyping(locked, text, UnicodeInput::kNone);
+    EXPECT_THAT(plan.missing, IsEmpty()) << text;
+    auto program = reader();
+    EXPECT_EQ(program.read(plan.presses), text);
+    EXPECT_TRUE(program.isAtRest()) << text;
+  }
+}
+
+TEST_P(TypingPlanUnderLocks, WhatArrivesIsTheText) {
+  const auto locked = model();
+  auto characters = keyboard.characters();
+  characters.insert(characters.end(), {U'\n', U'\t'});
+  rc::check([&] {
+    const auto chosen = *rc::gen::container<std::vector<char32_t>>(rc::gen::elementOf(characters));
+    const std::string text = utf8({chosen.begin(), chosen.end()});
+    const auto plan = planTyping(locked, text, UnicodeInput::kNone);
+    RC_ASSERT(plan.missing.empty());
+    auto program = reader();
+    RC_ASSERT(program.read(plan.presses) == text);
+    RC_ASSERT(program.isAtRest());
+  });
+}
+
+TEST_P(TypingPlanUnderLocks, NumbersArriveToo) {
+  const auto locked = model();
+  const auto plan = planTyping(locked, "世─", UnicodeInput::kControlShiftU);
+  const bool typesLetters = !locked.keysForCharacter(U'a').empty();
+  auto program = reader();
+  EXPECT_EQ(readWithNumbers(program, plan.presses), typesLetters ? "世─" : "─");
+  EXPECT_TRUE(program.isAtRest());
+}
+
+INSTANTIATE_TEST_SUITE_P(Layouts, TypingPlanUnderLocks,
+                         ::testing::Combine(::testing::ValuesIn(kLayouts),
+                                            ::testing::Values(Locks{KEY_CAPSLOCK}, Locks{KEY_NUMLOCK},
+                                                              Locks{KEY_CAPSLOCK, KEY_NUMLOCK})),
+                         [](const auto& test) {
+                           std::string name = std::get<0>(test.param);
+                           std::replace(name.begin(), name.end(), ':', '_');
+                           for (const auto key : std::get<1>(test.param)) {
+                             name += key == KEY_CAPSLOCK ? "Caps" : "Num";
+                           }
+                           return name;
+                         });
+
+TEST(TypingPlan, LockIsLiftedForThoseCharactersAloneThatItKeepsAway) {
+  const TypedKeyboard german("de");
+  auto model = german.model();
+  model.setLamps(kCapsLockLamp);
+  const auto plan = planTyping(model, "AßßẞA", UnicodeInput::kNone);
+  std::vector<std::uint16_t> codes;
+  std::transform(plan.presses.begin(), plan.presses.end(), std::back_inserter(codes),
+                 [](const KeyPress& press) { return press.code; });
+  EXPECT_THAT(codes, ElementsAre(KEY_A, KEY_CAPSLOCK, KEY_MINUS, KEY_MINUS, KEY_CAPSLOCK, KEY_MINUS, KEY_A));
+  EXPECT_TRUE(plan.isComposed);
+}
 
 TEST(TypingPlan, KeepsTheOrderOfTheText) {
   const TypedKeyboard us("us");
