@@ -44,6 +44,8 @@ void DriverCore::helperArrived() noexcept {
   fHasHelper = true;
   fMonitored = false;
   for (const auto& session : fSessions) tellCondition(*session);
+  if (fLitLamps != 0)
+    tellLamps();
 }
 
 void DriverCore::apply(const ApplyPacket& packet) noexcept {
@@ -98,6 +100,11 @@ void DriverCore::helperGone() noexcept {
 void DriverCore::modifiersChanged(std::uint8_t held) noexcept {
   fHeldModifiers = held;
   for (const auto& session : fSessions) session->modifiersChanged();
+}
+
+void DriverCore::lampsChanged(std::uint16_t lit) noexcept {
+  fLitLamps = lit;
+  tellLamps();
 }
 
 Output& DriverCore::output() noexcept {
@@ -219,6 +226,12 @@ void DriverCore::tellCondition(const TrackballSession& session) noexcept {
   packet.number = session.number();
   packet.condition = static_cast<std::uint16_t>(session.condition());
   packet.error = static_cast<std::uint16_t>(session.error());
+  tell(packet);
+}
+
+void DriverCore::tellLamps() noexcept {
+  auto packet = makePacket<LampsPacket>();
+  packet.lit = fLitLamps;
   tell(packet);
 }
 

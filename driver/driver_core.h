@@ -8,6 +8,7 @@
 #include "driver/helper_channel.h"
 #include "driver/key_press_source.h"
 #include "driver/key_typist.h"
+#include "driver/lamp_listener.h"
 #include "driver/modifier_source.h"
 #include "driver/output_mixer.h"
 #include "driver/poll_loop.h"
@@ -18,7 +19,10 @@ namespace veltrix {
 
 // What the driver decides: which trackballs it takes, by what they work, and what the helper hears. Does no
 // input or output of its own and allocates for a new trackball only.
-class DriverCore final : public HelperRequests, public ModifierListener, private SessionHost {
+class DriverCore final : public HelperRequests,
+                         public ModifierListener,
+                         public LampListener,
+                         private SessionHost {
  public:
   // All must outlive the core; of the loop only the time is used.
   DriverCore(const PollLoop& loop, EventSink& sink, ModifierSource& modifiers,
@@ -47,6 +51,7 @@ class DriverCore final : public HelperRequests, public ModifierListener, private
   bool hasOutputs() const noexcept override { return fSink.isOpen(); }
 
   void modifiersChanged(std::uint8_t held) noexcept override;
+  void lampsChanged(std::uint16_t lit) noexcept override;
 
  private:
   Microseconds now() const noexcept override { return fLoop.now(); }
@@ -65,6 +70,7 @@ class DriverCore final : public HelperRequests, public ModifierListener, private
   bool isStoppedByKey() noexcept;
   void watchKeysNoLonger() noexcept;
   void tellCondition(const TrackballSession& session) noexcept;
+  void tellLamps() noexcept;
   template <class Packet>
   void tell(const Packet& packet) noexcept;
 
@@ -77,6 +83,7 @@ class DriverCore final : public HelperRequests, public ModifierListener, private
   bool fMonitored = false;
   bool fWatchesKeys = false;
   std::uint8_t fHeldModifiers = 0;
+  std::uint16_t fLitLamps = 0;
   std::uint32_t fLastNumber = 0;
   std::vector<std::unique_ptr<TrackballSession>> fSessions;
   SettingsTable fSettings;

@@ -47,11 +47,12 @@ Status run(EventLoop& loop, DriverCore& core, const StopSignals& signals) {
 
 // Everything is acquired before anybody is let in.
 int serve(EventLoop& loop, const DriverOptions& options, const StopSignals& signals) {
-  OutputDevices outputs;
+  OutputDevices outputs(loop);
   KeyboardWatch keyboards(loop);
   KeyPressWatch keyPresses;
   DriverCore core(loop, outputs, keyboards, keyPresses);
   keyboards.setListener(&core);
+  outputs.setListener(&core);
   const std::unique_ptr<ActiveUser> user = makeActiveUser(loop, options);
   LinkServer server(loop, *user, core, {options.socketPath, kDriverVersion});
   core.setChannel(&server);

@@ -1,5 +1,6 @@
 #include "driver/output_devices.h"
 
+#include <fcntl.h>
 #include <libevdev/libevdev-uinput.h>
 #include <libevdev/libevdev.h>
 
@@ -48,13 +49,16 @@ Description describePointer() noexcept {
   return pointer;
 }
 
-// Held keys repeat on the console as those of other keyboards do; desktops repeat by themselves.
+// Held keys repeat on the console as those of other keyboards do; desktops repeat by themselves. The lamps
+// are those that tell how letters and the keypad are read.
 Description describeKeyboard() noexcept {
   Description keyboard = describe(kKeyboardName, kKeyboardProduct);
   if (keyboard == nullptr)
     return keyboard;
   enable(keyboard.get(), EV_KEY, 1, kLastKey);
   libevdev_enable_event_type(keyboard.get(), EV_REP);
+  for (const unsigned code : {LED_NUML, LED_CAPSL})
+    libevdev_enable_event_code(keyboard.get(), EV_LED, code, nullptr);
   return keyboard;
 }
 
@@ -63,6 +67,12 @@ int make(const Description& description, libevdev_uinput** device) noexcept {
   if (description == nullptr)
     return ENOMEM;
   return -libevdev_uinput_create_from_device(description.get(), LIBEVDEV_UINPUT_OPEN_MANAGED, device);
+}
+
+// What comes back from the kernel is read when it is there and never waited for.
+bool neverWaits(int descriptor) noexcept {
+  const int flags = fcntl(descriptor, F_GETFL);
+  return flags >= 0 && fcntl(descriptor, F_SETFL, flags | O_NONBLOCK) == 0;
 }
 
 }  // namespace
@@ -88,10 +98,13 @@ int OutputDevices::open() noexcept {
   fKeyboard = std::move(newKeyboard);
   fPointer.reset(pointer);
   fWriter = GroupWriter(libevdev_uinput_get_fd(keyboard), libevdev_uinput_get_fd(pointer));
+  if (const int lamps = libevdev_uinput_get_fd(keyboard); neverWaits(lamps))
+    fLamps.open(lamps);
   return 0;
 }
 
 void OutputDevices::close() noexcept {
+  fLamps.close();
   fPointer.reset();
   fKeyboard.reset();
 }

@@ -5,6 +5,7 @@
 
 #include "driver/event_sink.h"
 #include "driver/group_writer.h"
+#include "driver/keyboard_lamps.h"
 
 struct libevdev_uinput;
 
@@ -18,6 +19,12 @@ struct UinputReleaser {
 // when the process ends in whatever way.
 class OutputDevices final : public EventSink {
  public:
+  // The loop must outlive the devices.
+  explicit OutputDevices(PollLoop& loop) noexcept : fLamps(loop) {}
+
+  // Who is told of the keyboard's lamps; null for nobody.
+  void setListener(LampListener* listener) noexcept { fLamps.setListener(listener); }
+
   int open() noexcept override;
   void close() noexcept override;
   bool isOpen() const noexcept override { return fPointer != nullptr; }
@@ -29,6 +36,7 @@ class OutputDevices final : public EventSink {
   Handle fKeyboard;
   Handle fPointer;
   GroupWriter fWriter;
+  KeyboardLamps fLamps;  // goes before the keyboard does
 };
 
 }  // namespace veltrix

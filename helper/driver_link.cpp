@@ -204,6 +204,8 @@ bool DriverLink::takeMessage(std::span<const std::byte> message) {
     fListener.driverButton(*button);
   } else if (const auto typed = readPacket<KeysTypedPacket>(message)) {
     fListener.driverTyped(*typed);
+  } else if (const auto lamps = readPacket<LampsPacket>(message)) {
+    fListener.driverLamps(*lamps);
   } else {
     return false;
   }

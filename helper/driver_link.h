@@ -26,6 +26,8 @@ class DriverListener {
   // A button of a trackball, of those that the helper carries out and, while it is monitored, of all others.
   virtual void driverButton(const ButtonPacket& packet) = 0;
   virtual void driverTyped(const KeysTypedPacket& packet) = 0;
+  // The lamps of its keyboard have changed; all are out at the start of a connection.
+  virtual void driverLamps(const LampsPacket& packet) = 0;
 };
 
 // The helper's end of the connection to the driver: keeps it, tells the driver what holds for each connected

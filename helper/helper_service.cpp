@@ -136,6 +136,10 @@ void HelperService::driverTyped(const KeysTypedPacket& packet) {
   fCommands->take(packet);
 }
 
+void HelperService::driverLamps(const LampsPacket& packet) {
+  fCommands->take(packet);
+}
+
 void HelperService::commandFailed(const CommandProblem& problem) {
   std::fprintf(stderr, "VeltrixHelper: command %u failed: %s\n", problem.command, problem.reason.c_str());
   fStatus.addProblem(problem);

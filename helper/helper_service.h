@@ -47,6 +47,7 @@ class HelperService final : public HelperObserver, public DriverListener {
   void driverReportChanged(const DriverReport& report) override;
   void driverButton(const ButtonPacket& packet) override;
   void driverTyped(const KeysTypedPacket& packet) override;
+  void driverLamps(const LampsPacket& packet) override;
 
  private:
   void tellDriver();

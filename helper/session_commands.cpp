@@ -63,6 +63,7 @@ LauncherSurroundings SessionCommands::launcherSurroundings(sd_bus* bus) {
 void SessionCommands::driverGone() {
   fRunner.forgetButtons();
   fTypist.forget();
+  fPlanner.setLamps(0);
 }
 
 void SessionCommands::setAlarm(std::optional<Typist::Clock::time_point> when) {

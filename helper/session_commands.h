@@ -30,6 +30,7 @@ class SessionCommands {
   // What the driver says.
   void take(const ButtonPacket& packet) { fRunner.take(packet); }
   void take(const KeysTypedPacket& packet) { fTypist.typed(packet); }
+  void take(const LampsPacket& packet) { fPlanner.setLamps(packet.lit); }
   void driverGone();
 
   // For the loop.

@@ -45,6 +45,28 @@ TEST_F(DriverCoreHelperTest, TheEndOfTheHelperReleasesEverything) {
   EXPECT_EQ(late.opens, 0);
 }
 
+TEST_F(DriverCoreHelperTest, TheHelperHearsOfTheLampsAndANewOneOfThoseThatAreLit) {
+  const auto lamps = [this] {
+    std::vector<std::uint16_t> lit;
+    for (const auto& packet : channel.packets<LampsPacket>()) lit.push_back(packet.lit);
+    channel.clear();
+    return lit;
+  };
+  core.lampsChanged(kCapsLockLamp);
+  core.lampsChanged(kCapsLockLamp | kNumLockLamp);
+  EXPECT_THAT(lamps(), ElementsAre(kCapsLockLamp, kCapsLockLamp | kNumLockLamp));
+  core.helperGone();
+  core.lampsChanged(kCapsLockLamp);
+  EXPECT_THAT(lamps(), IsEmpty());
+  core.helperArrived();
+  EXPECT_THAT(lamps(), ElementsAre(kCapsLockLamp));
+  core.lampsChanged(0);
+  EXPECT_THAT(lamps(), ElementsAre(0));
+  core.helperGone();
+  core.helperArrived();
+  EXPECT_THAT(lamps(), IsEmpty());
+}
+
 TEST_F(DriverCoreHelperTest, ANewHelperHearsOfEveryTrackballAndHasToApplyAgain) {
   plug(ball);
   plug(other, kOtherTrackball);

@@ -82,6 +82,7 @@ TEST(EventPathAllocation, EventsPassWithoutAllocating) {
     }
     loop.time = decoder.frame().time;
     core.modifiersChanged(step % 100 == 0 ? kHeldShift : 0);
+    core.lampsChanged(step % 100 == 0 ? kCapsLockLamp : 0);
     core.expire(loop.time);
   }
   EXPECT_EQ(test::countedAllocations(), before);

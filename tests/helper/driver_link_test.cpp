@@ -24,10 +24,12 @@ class RecordedDriver final : public DriverListener {
   void driverReportChanged(const DriverReport& report) override { states.push_back(report.state); }
   void driverButton(const ButtonPacket& packet) override { buttons.push_back(packet); }
   void driverTyped(const KeysTypedPacket& packet) override { typed.push_back(packet.id); }
+  void driverLamps(const LampsPacket& packet) override { lamps.push_back(packet.lit); }
 
   std::vector<DriverState> states;
   std::vector<ButtonPacket> buttons;
   std::vector<std::uint32_t> typed;
+  std::vector<std::uint16_t> lamps;
 };
 
 class DriverLinkTest : public ::testing::Test {
@@ -126,8 +128,11 @@ TEST_F(DriverLinkTest, HandsOnWhatTheDriverTells) {
   button.slot = 9;
   auto typed = makePacket<KeysTypedPacket>();
   typed.id = 77;
+  auto lamps = makePacket<LampsPacket>();
+  lamps.lit = kNumLockLamp;
   fake->send(state);
   fake->send(button);
+  fake->send(lamps);
   fake->send(typed);
   driveUntil([&] { return !told.typed.empty(); });
   ASSERT_THAT(link.report().devices, SizeIs(1));
@@ -135,6 +140,7 @@ TEST_F(DriverLinkTest, HandsOnWhatTheDriverTells) {
   ASSERT_THAT(told.buttons, SizeIs(1));
   EXPECT_EQ(told.buttons[0].slot, 9);
   EXPECT_THAT(told.typed, ElementsAre(77U));
+  EXPECT_THAT(told.lamps, ElementsAre(kNumLockLamp));
 }
 
 TEST_F(DriverLinkTest, AsksForEveryButtonWhileItIsMonitored) {

@@ -13,6 +13,7 @@ sys.path[:0] = [str(TESTS / "support"), str(TESTS / "e2e/commands")]
 os.environ["VELTRIX_WAIT_SECONDS"] = "90"
 
 import driver  # noqa: E402
+import evdev  # noqa: E402
 import seat  # noqa: E402
 import uhid  # noqa: E402
 from case import PRODUCT, PRODUCT_VERSION  # noqa: E402
@@ -128,6 +129,18 @@ class CommandsTest(unittest.TestCase):
             wanted += text
             self.assertEqual(self.typed.wait_for(len(wanted)), wanted)
         self.assertEqual(self.typed.follow(QUIET_SECONDS), wanted)
+        self.assert_no_new_problems()
+
+    def test_text_is_the_same_with_caps_lock(self):
+        node = evdev.nodes(driver.KEYBOARD)[0]
+        wanted = ""
+        for lit in (1, 0):
+            evdev.light(node, evdev.LED_CAPSL, lit)
+            self.typed.has_caps_lock = bool(lit)
+            for button, text in ((SENTENCE, SNIPPETS[0]), (SIGNS, SNIPPETS[1])):
+                self.click(button)
+                wanted += text
+                self.assertEqual(self.typed.wait_for(len(wanted)), wanted)
         self.assert_no_new_problems()
 
     def test_copy_is_held_with_the_button_wherever_the_layout_has_it(self):

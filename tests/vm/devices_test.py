@@ -2,6 +2,7 @@
 import pathlib
 import time
 
+import driver
 import evdev
 import link
 import uhid
@@ -62,7 +63,8 @@ class TrackballTest(DriverCase):
             state = self.link.expect_condition(link.BUSY)
             self.assertNotEqual(state.error, 0)
             time.sleep(0.5)  # so that it has tried again in vain
-            self.assertFalse([each for each in self.link.received if each.condition == link.TAKEN])
+            states = [each for each in self.link.received if isinstance(each, link.DeviceState)]
+            self.assertFalse([each for each in states if each.condition == link.TAKEN])
         self.link.expect_condition(link.TAKEN)
         with evdev.Reader(ball.node) as late:
             self.assertFalse(late.grab())
@@ -216,6 +218,39 @@ class TypingTest(DriverCase):
         self.ball.release(1)
         answer = self.link.expect_typed(1)
         self.assertEqual(answer.outcome, link.TYPED)
+
+
+class LampsTest(DriverCase):
+    """What a desktop lights on the driver's keyboard reaches the helper."""
+
+    def setUp(self):
+        super().setUp()
+        self.listen()
+        self.node = evdev.nodes(driver.KEYBOARD)[0]
+        self.connect()
+
+    def light(self, lamp, lit):
+        evdev.light(self.node, lamp, lit)
+
+    def expect_lamps(self, lit, among):
+        self.link.expect(lambda each: isinstance(each, link.Lamps) and each.lit & among == lit,
+                         f"lamps {lit} of {among}")
+
+    def test_each_change_is_told(self):
+        for lit in (1, 0, 1):
+            self.light(evdev.LED_CAPSL, lit)
+            self.expect_lamps(link.CAPS_LOCK_LAMP * lit, link.CAPS_LOCK_LAMP)
+        for lit in (0, 1, 0):  # the console may have lit it
+            self.light(evdev.LED_NUML, lit)
+        self.expect_lamps(link.CAPS_LOCK_LAMP | link.NUM_LOCK_LAMP, link.CAPS_LOCK_LAMP | link.NUM_LOCK_LAMP)
+        self.expect_lamps(link.CAPS_LOCK_LAMP, link.CAPS_LOCK_LAMP | link.NUM_LOCK_LAMP)
+
+    def test_next_helper_hears_of_what_is_lit(self):
+        self.light(evdev.LED_CAPSL, 1)
+        self.expect_lamps(link.CAPS_LOCK_LAMP, link.CAPS_LOCK_LAMP)
+        self.link.close()
+        self.connect()
+        self.expect_lamps(link.CAPS_LOCK_LAMP, link.CAPS_LOCK_LAMP)
 
 
 class UsbTest(DriverCase):

@@ -72,8 +72,9 @@ class HelperTest(DriverCase):
         ball = self.plug()
         apply = struct.pack("=HHH2x", 0xA1D0, PRODUCT, PRODUCT_VERSION) + link.record() + bytes(20)
         own = link.VERSION
-        broken = [(link.APPLY, apply, own + 1), (link.APPLY, apply[:-1], own), (link.APPLY, apply + b"\0", own), (99, b"", own),
-                  (link.STATUS, bytes(28), own), (link.MONITOR, struct.pack("=I", 2), own), (link.APPLY, bytes(4000), own)]
+        broken = [(link.APPLY, apply, own + 1), (link.APPLY, apply[:-1], own), (link.APPLY, apply + b"\0", own),
+                  (99, b"", own), (link.STATUS, bytes(28), own), (link.MONITOR, struct.pack("=I", 2), own),
+                  (link.APPLY, bytes(4000), own)]
         broken += [(chance.randrange(1, 6), chance.randbytes(chance.randrange(1, 268)), own) for _ in range(20)]
         for kind, body, version in broken:
             with self.subTest(kind=kind, size=len(body), version=version), link.Link() as connection:

@@ -21,18 +21,20 @@ LONG_TEXT = ("".join(chr(ord("a") + i % 26) for i in range(49)).title() + "\n") 
 class TypingTest(unittest.TestCase):
     """Each character arrives, in its order, in an editor and in a terminal."""
 
-    def type_in(self, layout, start_reader):
+    def type_in(self, layout, start_reader, *locks):
         shuffled = list(LAYOUTS[layout][1] * 3)
         random.shuffle(shuffled)
         texts = [*LAYOUTS[layout], "".join(shuffled)]
         with Desk(BUILD, {2: 180, 3: 181, 4: 182}, texts) as desk:
             desk.set_layout(layout)
+            lamps = desk.lock(*locks)
             expect = start_reader(desk)
             whole = ""
             for slot, text in zip((2, 3, 4), texts):
                 desk.click(slot)
                 whole += text
                 expect(whole)
+                desk.wait_for_lamps(lamps)
             self.assertEqual(desk.problems(), [])
 
     def in_editor(self, desk):
@@ -82,6 +84,21 @@ class TypingTest(unittest.TestCase):
     def test_ru_in_terminal(self):
         self.type_in("ru", self.in_terminal)
 
+    def test_us_with_caps_lock(self):
+        self.type_in("us", self.in_editor, "Caps_Lock")
+
+    def test_de_with_caps_lock(self):
+        self.type_in("de", self.in_editor, "Caps_Lock", "Num_Lock")
+
+    def test_fr_with_caps_lock(self):
+        self.type_in("fr", self.in_editor, "Caps_Lock")
+
+    def test_dvorak_with_caps_lock(self):
+        self.type_in("us:dvorak", self.in_terminal, "Caps_Lock")
+
+    def test_ru_with_caps_lock(self):
+        self.type_in("ru", self.in_terminal, "Caps_Lock")
+
 
 class KeysTest(unittest.TestCase):
     ACTIONS = {2: 180, 3: 181, COPY: 35, NEXT_WORKSPACE: 107, RETURN: 54, UNICODE: 182, LONG: 183, CLOSE: 74, OTHER: 55}
@@ -101,6 +118,21 @@ class KeysTest(unittest.TestCase):
             self.desk.set_layout(layout)
             self.desk.click(COPY)
             reader.lines.wait_for(lambda line: line == "copy", f"the keys of Copy under {layout}")
+
+    def test_copy_is_the_same_with_caps_lock(self):
+        reader = self.read()
+        self.desk.lock("Caps_Lock")
+        self.desk.click(COPY)
+        reader.lines.wait_for(lambda line: line == "copy", "the keys of Copy")
+
+    def test_lock_that_is_turned_counts_for_the_next_text(self):
+        reader = self.read()
+        whole = ""
+        for _ in range(3):
+            self.desk.lock("Caps_Lock")
+            self.desk.click(2)
+            whole += "short"
+            reader.wait_for_text(whole)
 
     def test_held_button_repeats_its_key_until_it_is_up(self):
         reader = self.read()

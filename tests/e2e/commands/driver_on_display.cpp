@@ -1,16 +1,23 @@
 // The driver with an X server in the place of the kernel: usage driver_on_display SOCKET.
 //
 // Everything is the real one but the devices: there is one trackball, whose buttons are pressed by words on
-// standard input, and keys go to the server of DISPLAY as if its keyboard were used. The words, one a line:
-// "press N" and "release N" for the buttons of the trackball, "key" for a key of a keyboard that goes down.
-// Prints "press NANOSECONDS" for a press and "key NANOSECONDS" for the first key after it.
+// standard input, and keys go to the server of DISPLAY as if its keyboard were used, whose lamps are those
+// that the server lights. The words, one a line: "press N" and "release N" for the buttons of the trackball,
+// "key" for a key of a keyboard that goes down. Prints "press NANOSECONDS" for a press, "key NANOSECONDS" for
+// the first key after it, and "lamps BITS" when the lamps have changed.
 #include <poll.h>
 #include <sys/epoll.h>
 #include <unistd.h>
 #include <xcb/xtest.h>
 
+// The header names fields by a word that C++ keeps for itself.
+#define explicit explicitComponents
+#include <xcb/xkb.h>
+#undef explicit
+
 #include <charconv>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <memory>
 #include <string>
@@ -63,6 +70,42 @@ class DisplaySink final : public EventSink {
  private:
   xcb_connection_t* fDisplay;
   bool fTellsKey = false;
+};
+
+// The server numbers the lamps as keyboards do: Caps Lock, then Num Lock.
+class DisplayLamps final : public PollHandler {
+ public:
+  explicit DisplayLamps(LampListener& listener)
+      : fListener(listener), fDisplay(xcb_connect(nullptr, nullptr)) {}
+  ~DisplayLamps() override { xcb_disconnect(fDisplay); }
+  DisplayLamps(const DisplayLamps&) = delete;
+  DisplayLamps& operator=(const DisplayLamps&) = delete;
+
+  bool start(EventLoop& loop) {
+    std::free(xcb_xkb_use_extension_reply(fDisplay, xcb_xkb_use_extension(fDisplay, 1, 0), nullptr));
+    constexpr std::uint16_t kEvent = XCB_XKB_EVENT_TYPE_INDICATOR_STATE_NOTIFY;
+    xcb_xkb_select_events(fDisplay, XCB_XKB_ID_USE_CORE_KBD, kEvent, 0, kEvent, 0, 0, nullptr);
+    xcb_flush(fDisplay);
+    return xcb_connection_has_error(fDisplay) == 0 &&
+           loop.add(xcb_get_file_descriptor(fDisplay), EPOLLIN, *this).ok();
+  }
+
+ private:
+  void ready(std::uint32_t /*events*/) noexcept override {
+    while (xcb_generic_event_t* const event = xcb_poll_for_event(fDisplay)) {
+      const auto& lamps = reinterpret_cast<const xcb_xkb_indicator_state_notify_event_t&>(*event);
+      if (lamps.xkbType == XCB_XKB_INDICATOR_STATE_NOTIFY) {
+        const auto lit = static_cast<std::uint16_t>(lamps.state & (kCapsLockLamp | kNumLockLamp));
+        fListener.lampsChanged(lit);
+        std::printf("lamps %d\n", lit);
+        std::fflush(stdout);
+      }
+      std::free(event);
+    }
+  }
+
+  LampListener& fListener;
+  xcb_connection_t* fDisplay;
 };
 
 class Words final : public PollHandler {
@@ -123,7 +166,8 @@ int run(const std::string& socket) {
   core.setChannel(&server);
   core.attach(std::make_unique<FakeTrackball>(ball, kSomeTrackball));
   Words words(ball, sink, keys, loop);
-  if (!server.start() || !loop.add(STDIN_FILENO, EPOLLIN, words))
+  DisplayLamps lamps(core);
+  if (!lamps.start(loop) || !server.start() || !loop.add(STDIN_FILENO, EPOLLIN, words))
     return 1;
   while (!words.ended() && loop.waitUntil(core.deadline())) {
     if (core.deadline() != kNever)

@@ -81,6 +81,7 @@ class Desk:
                                        for number, text in enumerate(snippets, 1)]}
         self._environment = environment or {}
         self._prepare = prepare
+        self.lamps = 0  # that are lit, as far as the driver has told
 
     def __enter__(self):
         self.desktop.__enter__()
@@ -120,6 +121,25 @@ class Desk:
         name, _, variant = layout.partition(":")
         done = self.desktop.run(["setxkbmap", "-layout", name, "-variant", variant, *options])
         assert done.returncode == 0, done.stderr
+
+    def lock(self, *keys):
+        """Presses each of the keys; the driver has seen the lamps then."""
+        for key in keys:
+            done = self.desktop.run(["xdotool", "key", key])
+            assert done.returncode == 0, done.stderr
+            self._take_lamps(self.driver_lines.wait_for(lambda line: line.startswith("lamps"), "the lamps"))
+        return self.lamps
+
+    def wait_for_lamps(self, lamps):
+        def are_lit():
+            for line in self.driver_lines.drain():
+                self._take_lamps(line)
+            return self.lamps == lamps
+        wait_until(are_lit, "the lamps to be as before")
+
+    def _take_lamps(self, line):
+        if line.startswith("lamps"):
+            self.lamps = int(line.split()[1])
 
     def say(self, words):
         self._driver.stdin.write(words + "\n")

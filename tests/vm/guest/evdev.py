@@ -7,10 +7,11 @@ import select
 import struct
 import time
 
-EV_SYN, EV_KEY, EV_REL, EV_MSC = 0, 1, 2, 4
+EV_SYN, EV_KEY, EV_REL, EV_MSC, EV_LED = 0, 1, 2, 4, 0x11
 SYN_REPORT, SYN_DROPPED = 0, 3
 REL_X, REL_Y, REL_HWHEEL, REL_WHEEL, REL_WHEEL_HI_RES, REL_HWHEEL_HI_RES = 0, 1, 6, 8, 11, 12
 BTN_MOUSE = 0x110
+LED_NUML, LED_CAPSL = 0, 1
 REPEATED = 2
 
 EVENT = struct.Struct("@qqHHi")
@@ -51,8 +52,17 @@ def settled_node(name=None, unique=None):
     return found[0] if os.path.exists(database) else None
 
 
+def light(node, lamp, lit):
+    """Lights a keyboard's lamp, or puts it out, as desktops do."""
+    file = os.open(node, os.O_WRONLY | os.O_CLOEXEC)
+    try:
+        os.write(file, EVENT.pack(0, 0, EV_LED, lamp, lit) + EVENT.pack(0, 0, EV_SYN, SYN_REPORT, 0))
+    finally:
+        os.close(file)
+
+
 class Reader:
-    """Reads an event node. Events are (type, code, value); ends of groups, scan codes and repetitions are left out."""
+    """Reads an event node. Events are (type, code, value), without ends of groups, scan codes, lamps and repetitions."""
 
     def __init__(self, node):
         self.file = os.open(node, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC)
@@ -80,7 +90,8 @@ class Reader:
         result, end = [], time.monotonic() + seconds
         while len(result) < count and not self.gone and time.monotonic() < end:
             select.select([self.file], [], [], max(0, end - time.monotonic()))
-            result += [event[1:] for event in self.events() if event[1:3] != (EV_SYN, SYN_REPORT) and event[1] != EV_MSC
+            result += [event[1:] for event in self.events() if event[1:3] != (EV_SYN, SYN_REPORT)
+                       and event[1] not in (EV_MSC, EV_LED)
                        and (event[1] != EV_KEY or event[3] != REPEATED)]
         return result
 

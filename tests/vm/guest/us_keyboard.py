@@ -27,6 +27,7 @@ class TypedText:
         self._reader = reader
         self.text = ""
         self.held = set()
+        self.has_caps_lock = False  # on
 
     def follow(self, seconds):
         """Takes what comes until nothing has come for so long; returns the text so far."""
@@ -57,5 +58,6 @@ class TypedText:
             shift = bool(self.held & {KEY_LEFTSHIFT, KEY_RIGHTSHIFT})
             if (code, shift) not in self.CHARACTERS:
                 raise AssertionError(f"key {code} with {self.held} types nothing after {self.text!r}")
-            self.text += self.CHARACTERS[code, shift]
+            character = self.CHARACTERS[code, shift]
+            self.text += character.swapcase() if self.has_caps_lock else character
         self.held.add(code)
