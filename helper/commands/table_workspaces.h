@@ -67,6 +67,7 @@ inline constexpr CommandRow kWorkspaceRows[] = {
     on(100, kOnSway, keys(kHoldSuper, XKB_KEY_d)),
     on(100, kOnPlasma | kOnXfce | kOnOther, keys(kHoldAlt, XKB_KEY_F1)),
     // Run a Command
+    on(101, kOnPlasma, startingCall("org.kde.krunner", "/App", "org.kde.krunner.App", "display")),
     on(101, kAllButSway, keys(kHoldAlt, XKB_KEY_F2)),
     onX11(101, kOnSway, ProgramAttempt{{"dmenu_run"}}),
     on(101, kOnSway, keys(kHoldSuper, XKB_KEY_d)),

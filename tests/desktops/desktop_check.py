@@ -45,6 +45,9 @@ class DesktopCheck:
     def set_up(self):
         """Before each method."""
 
+    def finish(self):
+        """Before the session ends."""
+
     # The following are for the methods.
 
     def press(self, code):
@@ -72,7 +75,7 @@ class DesktopCheck:
 
     def run(self, wanted):
         methods = [method for name in dir(type(self)) if name.startswith("test_")
-                   for method in [getattr(self, name)] if not wanted or set(wanted) & set(method.codes)]
+                   for method in [getattr(self, name)] if method and (not wanted or set(wanted) & set(method.codes))]
         methods.sort(key=lambda method: method.__func__.__code__.co_firstlineno)
         while methods:
             batch = [methods.pop(0)]
@@ -98,6 +101,7 @@ class DesktopCheck:
                         self._tell(method, None)
                     except Exception as error:
                         self._tell(method, f"not seen: {error} {self.desk.problems() or ''}".rstrip())
+            self.finish()
 
     def _tell(self, method, problem):
         self._failed += problem is not None
@@ -105,7 +109,8 @@ class DesktopCheck:
             print(f"{self.name}: {code} {self._titles[str(code)]}: {problem or 'seen'}", flush=True)
 
 
-def main(check):
+def main(*checks):
     """Arguments: the folder of the build, and codes of commands when not all are wanted."""
     isolate()
-    return check(sys.argv[1]).run([int(code) for code in sys.argv[2:]])
+    codes = [int(code) for code in sys.argv[2:]]
+    return max([check(sys.argv[1]).run(codes) for check in checks])
