@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "helper/desktop/one_line.h"
 #include "helperlink/helper_protocol.h"
 
 namespace veltrix {
@@ -143,8 +144,10 @@ void HelperService::driverLamps(const LampsPacket& packet) {
 void HelperService::commandFailed(const CommandProblem& problem) {
   std::fprintf(stderr, "VeltrixHelper: command %u failed: %s\n", problem.command, problem.reason.c_str());
   fStatus.addProblem(problem);
-  fNotice.show(fBundle.localizedString("A button's command did not work", "", kStringTable),
-               fBundle.localizedString(problem.reason, "", kStringTable));
+  const auto inLanguage = [this](const std::string& english) {
+    return fBundle.localizedString(english, "", kStringTable);
+  };
+  fNotice.show(inLanguage("A button's command did not work"), oneLine(said(problem.phrase, inLanguage)));
 }
 
 }  // namespace veltrix

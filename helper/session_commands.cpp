@@ -56,7 +56,7 @@ LauncherSurroundings SessionCommands::launcherSurroundings(sd_bus* bus) {
   result.bus = bus;
   result.desktop = fKind.desktop;
   result.resourceFolder = standardResourceFolder();
-  result.scriptFailed = [this](const std::string& reason) { fReport({kRunScriptCommand, reason}); };
+  result.scriptFailed = [this](const Error& error) { fReport(problemOf(kRunScriptCommand, error)); };
   return result;
 }
 

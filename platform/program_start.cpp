@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "util/phrase.h"
 #include "util/system_error.h"
 
 namespace veltrix {
@@ -139,10 +140,11 @@ Status collectProgram(const StartedProgram& program) {
     return systemError(EAGAIN, "cannot collect", std::to_string(program.pid));
   }
   if (end.si_code != CLD_EXITED) {
-    return Error{0, "signal " + signalName(end.si_status), {}};
+    return phrasedError(0, {"signal %1", {given(signalName(end.si_status))}});
   }
-  return end.si_status == 0 ? Status(Done())
-                            : Status(Error{0, "exit status " + std::to_string(end.si_status), {}});
+  return end.si_status == 0
+             ? Status(Done())
+             : Status(phrasedError(0, {"exit status %1", {given(std::to_string(end.si_status))}}));
 }
 
 }  // namespace veltrix

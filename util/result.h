@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -8,11 +9,14 @@
 
 namespace veltrix {
 
+struct Phrase;
+
 // Why something failed, for a person at a terminal or for a test.
 struct Error {
   int code = 0;                       // an errno value, 0 when no system call was at fault
   std::string message;                // one line without a final full stop
   std::optional<std::size_t> offset;  // byte offset in the input that was read, when there is one
+  std::shared_ptr<const Phrase> phrase = nullptr;  // the message as it can be told in another language
 };
 
 // A value or the reason why there is none. Asking for the one that is not there is a programming error

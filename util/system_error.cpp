@@ -6,10 +6,14 @@
 
 namespace veltrix {
 
-Error systemError(int code, std::string_view action, std::string_view path) {
+Phrase systemReason(int code) {
   std::array<char, 128> buffer = {};
-  const char* reason = strerror_r(code, buffer.data(), buffer.size());
-  return {code, std::string(action) + ' ' + std::string(path) + ": " + reason, {}};
+  return {strerror_r(code, buffer.data(), buffer.size()), {}};
+}
+
+Error systemError(int code, std::string_view action, std::string_view path) {
+  return phrasedError(code,
+                      {std::string(action) + " %1: %2", {given(std::string(path)), systemReason(code)}});
 }
 
 }  // namespace veltrix

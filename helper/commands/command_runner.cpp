@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -11,12 +12,6 @@ namespace veltrix {
 
 namespace {
 
-// What others say of a failure may be anything.
-std::string reasonOf(const Error& error) {
-  std::string reason = oneLine(error.message);
-  return reason.empty() ? "it failed" : reason;
-}
-
 using CommandNumber = std::uint64_t;
 
 // A command on its way.
@@ -24,20 +19,27 @@ struct UnderWay {
   ButtonId button;
   CommandAction action;
   std::vector<const Attempt*> attempts;
-  std::size_t next = 0;    // of `attempts`
-  bool released = false;   // the button is up again
-  std::string keysReason;  // why the first keys could not be pressed
-  std::string deedReason;  // why the first attempt of any other kind failed
+  std::size_t next = 0;             // of `attempts`
+  bool released = false;            // the button is up again
+  std::optional<Error> keysReason;  // why the first keys could not be pressed
+  std::optional<Error> deedReason;  // why the first attempt of any other kind failed
 
   bool isMakingKeys() const { return std::holds_alternative<KeyStroke>(*attempts[next - 1]); }
 };
 
 // Where keys only stand in for something better, what is wrong with that says more.
-const std::string& mostTelling(const UnderWay& command) {
-  return command.deedReason.empty() ? command.keysReason : command.deedReason;
+const Error& mostTelling(const UnderWay& command) {
+  return command.deedReason ? *command.deedReason : *command.keysReason;
 }
 
 }  // namespace
+
+// What others say of a failure may be anything.
+CommandProblem problemOf(std::uint16_t command, const Error& error) {
+  const std::string reason = oneLine(error.message);
+  return reason.empty() ? problemOf(command, Error{0, "it failed", {}})
+                        : CommandProblem{command, reason, phraseOf(error)};
+}
 
 struct CommandRunner::State : std::enable_shared_from_this<CommandRunner::State> {
   State(SessionKind sessionKind, CommandSession parts, const CommandSettings& actions, Report told,
@@ -101,9 +103,9 @@ void CommandRunner::State::press(const ButtonPacket& packet) {
   if (all.empty())
     return;
   if (attempts.empty())
-    return report({action.command, "it is not possible on this desktop"});
+    return report(problemOf(action.command, Error{0, "it is not possible on this desktop", {}}));
   if (underWay.size() >= kMostCommandsUnderWay)
-    return report({action.command, "too many commands before it have not ended yet"});
+    return report(problemOf(action.command, Error{0, "too many commands before it have not ended yet", {}}));
   underWay[++lastNumber] = {button, std::move(action), std::move(attempts), 0, false, {}, {}};
   makeNextAttempt(lastNumber);
 }
@@ -173,16 +175,16 @@ void CommandRunner::State::attemptEnded(CommandNumber number, const Status& stat
     return;
   UnderWay& command = found->second;
   if (!status) {
-    std::string& reason = command.isMakingKeys() ? command.keysReason : command.deedReason;
-    if (reason.empty())
-      reason = reasonOf(status.error());
+    std::optional<Error>& reason = command.isMakingKeys() ? command.keysReason : command.deedReason;
+    if (!reason)
+      reason = status.error();
     if (command.next < command.attempts.size())
       return makeNextAttempt(number);
   }
   const UnderWay over = std::move(command);
   underWay.erase(found);
   if (!status)
-    report({over.action.command, mostTelling(over)});
+    report(problemOf(over.action.command, mostTelling(over)));
 }
 
 }  // namespace veltrix

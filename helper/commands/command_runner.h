@@ -9,6 +9,7 @@
 #include "driverlink/packets.h"
 #include "helper/commands/command_session.h"
 #include "helper/commands/command_table.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -31,11 +32,12 @@ class CommandSettings {
 // A command that did not do what its name says.
 struct CommandProblem {
   std::uint16_t command = 0;
-  std::string reason;  // one line of UTF-8, at most kLongestReason bytes
-
-  friend bool operator==(const CommandProblem& a, const CommandProblem& b) = default;
+  std::string reason;  // in English: one line of UTF-8, at most kLongestReason bytes
+  Phrase phrase;       // the same in full, as it can be told in another language
 };
 inline constexpr std::size_t kLongestReason = 210;
+
+CommandProblem problemOf(std::uint16_t command, const Error& error);
 
 // Commands that have begun and not ended; one more is refused, so that what hangs cannot pile up.
 inline constexpr std::size_t kMostCommandsUnderWay = 64;

@@ -13,6 +13,7 @@
 #include "helper/desktop/one_line.h"
 #include "platform/application_folder.h"
 #include "platform/property_list_io.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -124,8 +125,9 @@ Result<InstalledApplication> applicationAt(const std::string& path, const Applic
   } else if (isProgram(item.value())) {
     application = applicationOf(item.value(), applicationName(item.value()));
   }
-  return application ? Result<InstalledApplication>(std::move(*application))
-                     : Error{ENOEXEC, "cannot start " + oneLine(path) + ": it is no application", {}};
+  return application
+             ? Result<InstalledApplication>(std::move(*application))
+             : phrasedError(ENOEXEC, {"cannot start %1: it is no application", {given(oneLine(path))}});
 }
 
 Result<InstalledApplication> findApplication(const std::string& identifier, const std::string& path,
@@ -140,10 +142,10 @@ Result<InstalledApplication> findApplication(const std::string& identifier, cons
     return std::move(*application);
   }
   const std::string& wanted = path.empty() ? identifier : path;
-  return Error{ENOENT,
-               wanted.empty() ? "no application is chosen"
-                              : "the application " + oneLine(wanted) + " is not installed",
-               {}};
+  if (wanted.empty()) {
+    return Error{ENOENT, "no application is chosen", {}};
+  }
+  return phrasedError(ENOENT, {"the application %1 is not installed", {given(oneLine(wanted))}});
 }
 
 }  // namespace veltrix

@@ -5,6 +5,7 @@
 
 #include "helper/desktop/one_line.h"
 #include "helper/desktop/place_table.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -25,12 +26,12 @@ Status ApplicationStarter::startProgramOf(const InstalledApplication& applicatio
   program.arguments = application.arguments;
   program.folder = application.folder;
   if (application.arguments.empty()) {
-    return Error{ENOEXEC, oneLine(application.name) + " names no program", {}};
+    return phrasedError(ENOEXEC, {"%1 names no program", {given(oneLine(application.name))}});
   }
   if (application.terminal) {
     program.arguments = terminalArguments(fDesktop, application.arguments);
     if (program.arguments.empty()) {
-      return Error{ENOENT, "there is no terminal for " + oneLine(application.name), {}};
+      return phrasedError(ENOENT, {"there is no terminal for %1", {given(oneLine(application.name))}});
     }
   }
   return fStarter.start(program);

@@ -9,6 +9,7 @@
 
 #include "helper/desktop/one_line.h"
 #include "platform/session_bus.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -26,7 +27,7 @@ std::string objectPath(const std::string& name) {
 }
 
 Error unanswered(int code, const std::string& name, const std::string& reason) {
-  return {code, "cannot activate " + oneLine(name) + ": " + oneLine(reason), {}};
+  return phrasedError(code, {"cannot activate %1: %2", {given(oneLine(name)), {oneLine(reason), {}}}});
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <cstring>
 
+#include "util/phrase.h"
+
 namespace veltrix {
 namespace {
 
@@ -21,7 +23,7 @@ struct Appender {
 };
 
 Error failure(int negativeErrno, const char* what) {
-  return {-negativeErrno, std::string(what) + ": " + std::strerror(-negativeErrno), {}};
+  return phrasedError(-negativeErrno, {"%1: %2", {{what, {}}, {std::strerror(-negativeErrno), {}}}});
 }
 
 Result<BusMessageHandle> messageFor(sd_bus* bus, const BusAttempt& attempt) {
@@ -81,11 +83,12 @@ void SessionBusCalls::call(const BusAttempt& attempt, Ended ended) {
     return;
   }
   const std::string method = attempt.method;
-  fCalls.send(
-      bus.value(), message.value().get(), attempt.asksPerson ? fLimits.person : fLimits.answer,
-      [method, ended = std::move(ended)](sd_bus_message* /*reply*/, const Status& status) {
-        ended(status ? status : Error{status.error().code, method + ": " + status.error().message, {}});
-      });
+  fCalls.send(bus.value(), message.value().get(), attempt.asksPerson ? fLimits.person : fLimits.answer,
+              [method, ended = std::move(ended)](sd_bus_message* /*reply*/, const Status& status) {
+                ended(status ? status
+                             : phrasedError(status.error().code,
+                                            {"%1: %2", {given(method), phraseOf(status.error())}}));
+              });
 }
 
 void SessionBusCalls::controlPlayer(const PlayerAttempt& attempt, Ended ended) {

@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view kMagic = "i3-ipc";
 
 Error strange(const char* what) {
-  return {0, std::string("the compositor's answer ") + what, {}};
+  return {0, what, {}};
 }
 
 // Numbers are in the machine's own order, since both ends are on it.
@@ -38,12 +38,12 @@ std::string compositorMessage(CompositorKind kind, std::string_view body) {
 
 Result<CompositorHead> compositorHead(std::string_view header) {
   if (header.size() != kCompositorHeader || !header.starts_with(kMagic)) {
-    return strange("is of another kind");
+    return strange("the compositor's answer is of another kind");
   }
   const CompositorHead head{static_cast<CompositorKind>(numberAt(header, kMagic.size() + 4)),
                             numberAt(header, kMagic.size())};
   if (head.length > kLongestCompositorAnswer) {
-    return strange("is too long");
+    return strange("the compositor's answer is too long");
   }
   return head;
 }
@@ -58,7 +58,7 @@ Result<std::size_t> compositorAnswerLength(std::string_view header) {
     return head.error();
   }
   if (head.value().kind != CompositorKind::kCommand) {
-    return strange("is of another kind");
+    return strange("the compositor's answer is of another kind");
   }
   return head.value().length;
 }
@@ -66,18 +66,19 @@ Result<std::size_t> compositorAnswerLength(std::string_view header) {
 Status compositorOutcome(std::string_view body) {
   const auto answer = nlohmann::json::parse(body, nullptr, false);
   if (!answer.is_array() || answer.empty()) {
-    return strange("cannot be read");
+    return strange("the compositor's answer cannot be read");
   }
   for (const auto& part : answer) {
     const auto success = part.is_object() ? part.find("success") : part.end();
     if (!part.is_object() || success == part.end() || !success->is_boolean()) {
-      return strange("cannot be read");
+      return strange("the compositor's answer cannot be read");
     }
     if (!success->get<bool>()) {
       const auto reason = part.find("error");
-      const bool isSaid = reason != part.end() && reason->is_string();
-      return Error{
-          0, isSaid ? oneLine(reason->get<std::string>()) : "the compositor refused the command", {}};
+      if (reason != part.end() && reason->is_string()) {
+        return Error{0, oneLine(reason->get<std::string>()), {}};
+      }
+      return Error{0, "the compositor refused the command", {}};
     }
   }
   return Done{};

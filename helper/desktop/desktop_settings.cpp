@@ -13,6 +13,7 @@
 
 #include "helper/desktop/one_line.h"
 #include "util/file_descriptor.h"
+#include "util/phrase.h"
 #include "util/system_error.h"
 
 namespace veltrix {
@@ -78,8 +79,7 @@ struct DesktopSettings::State : std::enable_shared_from_this<State> {
     const SettingAttempt& attempt = waiting.front().attempt;
     const std::optional<std::string> next = nextSettingValue(printed, attempt);
     if (!next) {
-      end(Error{
-          0, describe() + " cannot be changed: " + (printed.empty() ? "no answer" : oneLine(printed)), {}});
+      end(unchanged(printed.empty() ? Phrase{"no answer", {}} : given(oneLine(printed))));
       return;
     }
     // What follows the key is a value, whatever it looks like: a negative number is no option.
@@ -95,14 +95,15 @@ struct DesktopSettings::State : std::enable_shared_from_this<State> {
       if (state != nullptr && status) {
         then(*state);
       } else if (state != nullptr) {
-        state->end(Error{0, state->describe() + " cannot be changed: " + status.error().message, {}});
+        state->end(state->unchanged(phraseOf(status.error())));
       }
     });
   }
 
-  std::string describe() const {
+  Error unchanged(const Phrase& why) const {
     const SettingAttempt& attempt = waiting.front().attempt;
-    return std::string("the setting ") + attempt.schema + " " + attempt.key;
+    const std::string name = std::string(attempt.schema) + " " + attempt.key;
+    return phrasedError(0, {"the setting %1 cannot be changed: %2", {given(name), why}});
   }
 
   void end(const Status& status) {

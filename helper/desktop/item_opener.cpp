@@ -7,6 +7,7 @@
 
 #include "helper/desktop/one_line.h"
 #include "platform/detached_program.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -21,9 +22,10 @@ struct Opening {
   ProgramStarter::Exit ended;
 };
 
-void tryNext(const std::shared_ptr<Opening>& opening, const std::string& reason) {
+void tryNext(const std::shared_ptr<Opening>& opening, const Error& reason) {
   if (opening->programs.empty()) {
-    opening->ended(Error{0, "cannot open " + oneLine(opening->item) + ": " + reason, {}});
+    opening->ended(
+        phrasedError(0, {"cannot open %1: %2", {given(oneLine(opening->item)), phraseOf(reason)}}));
     return;
   }
   Program program;
@@ -33,7 +35,7 @@ void tryNext(const std::shared_ptr<Opening>& opening, const std::string& reason)
     if (status) {
       opening->ended(status);
     } else {
-      tryNext(opening, status.error().message);
+      tryNext(opening, status.error());
     }
   });
 }
@@ -49,7 +51,7 @@ void ItemOpener::open(const std::string& item, ProgramStarter::Exit ended) const
   if (const std::string program = programInPath("gio"); !program.empty()) {
     opening->programs.push_back({program, "open", item});
   }
-  tryNext(opening, "neither gio nor xdg-open is installed");
+  tryNext(opening, Error{0, "neither gio nor xdg-open is installed", {}});
 }
 
 }  // namespace veltrix

@@ -7,6 +7,7 @@
 #include "helper/desktop/one_line.h"
 #include "platform/user_paths.h"
 #include "util/path_text.h"
+#include "util/phrase.h"
 #include "util/system_error.h"
 
 namespace veltrix {
@@ -21,10 +22,10 @@ Result<std::string> absoluteItem(const std::string& path) {
   const bool atHome = path == "~" || path.starts_with("~/");
   const std::string home = atHome ? homeDirectory() : "";
   if (atHome && home.empty()) {
-    return Error{ENOENT, "there is no home folder for " + oneLine(path), {}};
+    return phrasedError(ENOENT, {"there is no home folder for %1", {given(oneLine(path))}});
   }
   if (!atHome && path.front() != '/') {
-    return Error{EINVAL, "cannot open " + oneLine(path) + ": the path is not absolute", {}};
+    return phrasedError(EINVAL, {"cannot open %1: the path is not absolute", {given(oneLine(path))}});
   }
   return withoutFinalSlashes(atHome ? home + path.substr(1) : path);
 }

@@ -33,27 +33,27 @@ std::vector<std::string_view> typesOf(Place place) {
   }
 }
 
-std::string describe(Place place) {
+const char* noneIsInstalled(Place place) {
   switch (place) {
     case Place::kBrowser:
-      return "web browser";
+      return "no web browser is installed";
     case Place::kMail:
-      return "mail program";
+      return "no mail program is installed";
     case Place::kFileManager:
-      return "file manager";
+      return "no file manager is installed";
     case Place::kTerminal:
-      return "terminal";
+      return "no terminal is installed";
     case Place::kCalculator:
-      return "calculator";
+      return "no calculator is installed";
     case Place::kSystemSettings:
-      return "settings program of this desktop";
+      return "no settings program of this desktop is installed";
     default:
-      return "such program";
+      return "no such program is installed";
   }
 }
 
 Status noneFor(Place place) {
-  return Error{ENOENT, "no " + describe(place) + " is installed", {}};
+  return Error{ENOENT, noneIsInstalled(place), {}};
 }
 
 }  // namespace

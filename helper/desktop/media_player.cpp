@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "util/phrase.h"
+
 namespace veltrix {
 namespace {
 
@@ -171,7 +173,8 @@ void MediaPlayers::tell(const std::string& connection, const PlayerAttempt& atte
     return;
   }
   fCalls.send(fSession, message, fLimit, [ended](sd_bus_message* /*reply*/, const Status& status) {
-    ended(status ? status : Error{status.error().code, "media player: " + status.error().message, {}});
+    ended(status ? status
+                 : phrasedError(status.error().code, {"media player: %1", {phraseOf(status.error())}}));
   });
 }
 

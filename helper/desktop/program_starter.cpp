@@ -10,6 +10,7 @@
 #include "helper/desktop/program_output.h"
 #include "platform/detached_program.h"
 #include "platform/user_paths.h"
+#include "util/phrase.h"
 #include "util/system_error.h"
 
 namespace veltrix {
@@ -48,8 +49,11 @@ Status ProgramStarter::start(const Program& program, Exit exit) {
   start.arguments = program.arguments;
   const std::string named = start.arguments.empty() ? "" : start.arguments.front();
   const std::string path = named.find('/') == std::string::npos ? programInPath(named) : named;
-  if (named.empty() || path.empty()) {
-    return Error{ENOENT, named.empty() ? "no program is named" : oneLine(named) + " is not installed", {}};
+  if (named.empty()) {
+    return Error{ENOENT, "no program is named", {}};
+  }
+  if (path.empty()) {
+    return phrasedError(ENOENT, {"%1 is not installed", {given(oneLine(named))}});
   }
   start.arguments.front() = path;
   const std::string name = nameOf(named);
@@ -94,7 +98,9 @@ int ProgramStarter::childEnded(sd_event_source* /*source*/, int /*descriptor*/, 
   }
   const Exit exit = std::move(ended->exit);
   if (!status) {
-    status = Error{status.error().code, ended->name + " ended with " + status.error().message, {}};
+    // Of the titles the one is in the string tables that is no name.
+    status = phrasedError(status.error().code,
+                          {"%1 ended with %2", {{ended->name, {}}, phraseOf(status.error())}});
   }
   ended->starter->fChildren.erase(ended->place);
   if (exit) {

@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "helper/desktop/one_line.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -31,7 +32,8 @@ Result<std::vector<std::string>> interpreterOf(std::string_view script) {
   const std::string_view program = line.substr(0, line.find_first_of(kBlanks));
   const std::string_view argument = trimmed(line.substr(program.size()));
   if (!program.starts_with('/') || line.find('\0') != std::string_view::npos) {
-    return Error{EINVAL, "the script's interpreter has no absolute path: " + oneLine(line), {}};
+    return phrasedError(EINVAL,
+                        {"the script's interpreter has no absolute path: %1", {given(oneLine(line))}});
   }
   std::vector<std::string> interpreter{std::string(program)};
   if (!argument.empty()) {

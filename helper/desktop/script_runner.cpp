@@ -12,13 +12,16 @@
 #include "helper/desktop/script_interpreter.h"
 #include "platform/temporary_file.h"
 #include "util/file_descriptor.h"
+#include "util/phrase.h"
 #include "util/system_error.h"
 
 namespace veltrix {
 
 namespace {
 
-constexpr const char* kWhat = "the script's file";
+Error unwritten(int code) {
+  return phrasedError(code, {"cannot write the script's file: %1", {systemReason(code)}});
+}
 
 // The text of one script, where its interpreter finds it.
 class ScriptFile {
@@ -45,7 +48,7 @@ class ScriptFile {
     int code = fNamed->create();
     code = code != 0 ? code : fNamed->write(text);
     fPath = folder + "/" + fNamed->name();
-    return code != 0 ? Status(systemError(code, "cannot write", kWhat)) : Status(Done());
+    return code != 0 ? Status(unwritten(code)) : Status(Done());
   }
 
   Status writeNameless(const std::string& text) {
@@ -53,7 +56,7 @@ class ScriptFile {
     const ssize_t count = fNameless ? ::write(fNameless.get(), text.data(), text.size()) : -1;
     constexpr int kSeals = F_SEAL_SEAL | F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE;
     if (count != static_cast<ssize_t>(text.size()) || fcntl(fNameless.get(), F_ADD_SEALS, kSeals) != 0) {
-      return systemError(errno, "cannot write", kWhat);
+      return unwritten(errno);
     }
     fPath = "/proc/self/fd/" + std::to_string(kExtraDescriptor);
     return Done();
@@ -83,7 +86,7 @@ Status ScriptRunner::run(const std::string& text) {
     return Error{EINVAL, "the script is empty", {}};
   }
   if (fState->files.size() >= kMostScripts) {
-    return Error{EBUSY, std::to_string(kMostScripts) + " scripts are running already", {}};
+    return phrasedError(EBUSY, {"%1 scripts are running already", {given(std::to_string(kMostScripts))}});
   }
   Result<std::vector<std::string>> interpreter = interpreterOf(text);
   if (!interpreter) {
@@ -106,7 +109,7 @@ Status ScriptRunner::run(const std::string& text) {
       }
       state->files.erase(file);
       if (!outcome && state->failed) {
-        state->failed(outcome.error().message);
+        state->failed(outcome.error());
       }
     });
   }

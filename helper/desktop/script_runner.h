@@ -16,7 +16,7 @@ inline constexpr const char* kScriptIdentifier = "veltrix-script";  // of their 
 // list of processes, and its standard input is free.
 class ScriptRunner {
  public:
-  using Failed = std::function<void(const std::string& reason)>;
+  using Failed = std::function<void(const Error& error)>;
 
   // `failed` is called from the loop for a script that ends with something else than the exit status 0.
   // `starter` must outlive the object.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "helper/desktop/one_line.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -34,33 +35,33 @@ std::string lowered(std::string_view scheme) {
   return small;
 }
 
-Status refused(const std::string& why) {
-  return Error{EINVAL, "the address " + why, {}};
+Status refused(const char* text, std::string_view argument) {
+  return phrasedError(EINVAL, {text, {given(oneLine(argument))}});
 }
 
 }  // namespace
 
 Status checkUrl(std::string_view url) {
   if (url.empty()) {
-    return refused("is empty");
+    return Error{EINVAL, "the address is empty", {}};
   }
   if (url.size() > kLongestUrl) {
-    return refused("is longer than " + std::to_string(kLongestUrl) + " bytes");
+    return refused("the address is longer than %1 bytes", std::to_string(kLongestUrl));
   }
   const auto isBlankOrControl = [](char character) {
     return (character >= '\0' && character <= ' ') || character == '\x7F';
   };
   if (std::any_of(url.begin(), url.end(), isBlankOrControl)) {
-    return refused("has a blank or a control character: " + oneLine(url));
+    return refused("the address has a blank or a control character: %1", url);
   }
   const std::size_t colon = url.find(':');
   const std::string_view scheme = url.substr(0, colon);
   if (colon == std::string_view::npos || colon + 1 == url.size() || !isScheme(scheme)) {
-    return refused("has no scheme, as https: is one: " + oneLine(url));
+    return refused("the address has no scheme, as https: is one: %1", url);
   }
   const std::string known = lowered(scheme);
   if (std::find(kRefusedSchemes.begin(), kRefusedSchemes.end(), known) != kRefusedSchemes.end()) {
-    return refused("has the scheme " + known + ", which a button may not open");
+    return refused("the address has the scheme %1, which a button may not open", known);
   }
   return Done();
 }

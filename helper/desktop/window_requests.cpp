@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "util/phrase.h"
+
 namespace veltrix {
 namespace {
 
@@ -124,10 +126,8 @@ Result<Requests> requestsFor(const DisplayAttempt& attempt, const X11Atoms& atom
                              const WindowState& window) {
   for (const X11Atom needed : neededFor(attempt.operation)) {
     if (!has(root.supported, atoms[needed])) {
-      return Error{
-          0,
-          std::string("the window manager does not know ") + kX11AtomNames[static_cast<std::size_t>(needed)],
-          {}};
+      return phrasedError(0, {"the window manager does not know %1",
+                              {given(kX11AtomNames[static_cast<std::size_t>(needed)])}});
     }
   }
   if (attempt.operation == DisplayOperation::kToggleShowDesktop) {

@@ -7,6 +7,7 @@
 #include "driverlink/packet_rules.h"
 #include "helper/typing/key_steps.h"
 #include "platform/text_encoding.h"
+#include "util/phrase.h"
 
 namespace veltrix {
 
@@ -23,16 +24,17 @@ const Error kStoppedByKey{0, "a key of the keyboard stopped the typing", std::nu
 
 // "the keyboard layout has no U+4E16 世, ..."
 Error describeMissing(const std::vector<char32_t>& missing) {
-  std::string text = "the keyboard layout has no ";
+  std::string text;
   for (std::size_t i = 0; i < missing.size() && i < kMostNamed; ++i) {
     char number[16];
     std::snprintf(number, sizeof number, "U+%04X ", static_cast<unsigned>(missing[i]));
     text += (i == 0 ? "" : ", ") + std::string(number);
     appendUtf8(text, missing[i]);
   }
-  if (missing.size() > kMostNamed)
-    text += " and " + std::to_string(missing.size() - kMostNamed) + " more";
-  return {0, text, std::nullopt};
+  if (missing.size() <= kMostNamed)
+    return phrasedError(0, {"the keyboard layout has no %1", {given(text)}});
+  const std::string rest = std::to_string(missing.size() - kMostNamed);
+  return phrasedError(0, {"the keyboard layout has no %1 and %2 more", {given(text), given(rest)}});
 }
 
 void tell(const Ended& ended, const Status& status) {

@@ -18,6 +18,14 @@ COPY, NEXT_WORKSPACE, RETURN, UNICODE, LONG, CLOSE, OTHER = 4, 5, 6, 7, 10, 11, 
 LONG_TEXT = ("".join(chr(ord("a") + i % 26) for i in range(49)).title() + "\n") * 20
 
 
+def watch_notices(desk):
+    monitor = desk.desktop.start(["dbus-monitor", "--session", "interface='org.freedesktop.Notifications'"],
+                                 stdout=subprocess.PIPE, text=True)
+    notices = Lines(monitor.stdout)
+    notices.wait_for(lambda line: "NameLost" in line, "the monitor to listen")
+    return notices
+
+
 class TypingTest(unittest.TestCase):
     """Each character arrives, in its order, in an editor and in a terminal."""
 
@@ -197,10 +205,7 @@ class KeysTest(unittest.TestCase):
         reader.lines.wait_for(lambda line: line == "close", "the question to close")
 
     def test_command_that_this_desktop_does_not_have_is_told(self):
-        monitor = self.desk.desktop.start(["dbus-monitor", "--session", "interface='org.freedesktop.Notifications'"],
-                                          stdout=subprocess.PIPE, text=True)
-        notices = Lines(monitor.stdout)
-        notices.wait_for(lambda line: "NameLost" in line, "the monitor to listen")
+        notices = watch_notices(self.desk)
         self.desk.click(NEXT_WORKSPACE)
         notices.wait_for(lambda line: '"it is not possible on this desktop"' in line, "the notice to the person")
         wait_until(self.desk.problems, "the helper to tell")
@@ -220,6 +225,21 @@ class KeysTest(unittest.TestCase):
                 return True
             return False
         wait_until(is_still, "the end of the repeated key")
+
+
+class GermanTest(unittest.TestCase):
+    def test_reason_is_told_in_the_language_of_the_person_and_recorded_in_english(self):
+        actions = {2: {"cmd": 71, "str": "Nothing"}, 3: {"cmd": 73, "str": "exit 7"}, NEXT_WORKSPACE: 107}
+        told = {2: ("die Anwendung Nothing ist nicht installiert", (71, "the application Nothing is not installed")),
+                3: ("das Skript endete mit Rückgabewert 7", (73, "the script ended with exit status 7")),
+                NEXT_WORKSPACE: ("auf diesem Desktop ist er nicht möglich", (107, "it is not possible on this desktop"))}
+        with Desk(BUILD, actions, environment={"LANGUAGE": "de"}) as desk:
+            notices = watch_notices(desk)
+            for number, (slot, (german, english)) in enumerate(told.items(), 1):
+                desk.click(slot)
+                notices.wait_for(lambda line: f'"{german}"' in line, "the notice to the person")
+                wait_until(lambda: len(desk.problems()) == number, "the helper to tell")
+                self.assertEqual(desk.problems()[-1], english)
 
 
 if __name__ == "__main__":

@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "driverlink/packet_rules.h"
 #include "tests/support/fake_session.h"
@@ -57,6 +60,8 @@ class FixedSettings final : public CommandSettings {
   std::map<std::uint16_t, CommandAction> actions;
 };
 
+using Problem = std::pair<std::uint16_t, std::string>;
+
 class CommandRunnerTest : public ::testing::Test {
  protected:
   // Button 2 of trackball 1 has that command.
@@ -83,14 +88,18 @@ class CommandRunnerTest : public ::testing::Test {
   }
   void start(SessionKind kind = kBareX11) {
     runner = std::make_unique<CommandRunner>(
-        kind, session.parts(), settings, [this](const CommandProblem& it) { problems.push_back(it); },
+        kind, session.parts(), settings,
+        [this](const CommandProblem& it) {
+          problems.push_back({it.command, it.reason}), phrase = it.phrase;
+        },
         rowsOf);
   }
   void SetUp() override { start(); }
 
   FakeSession session;
   FixedSettings settings;
-  std::vector<CommandProblem> problems;
+  std::vector<Problem> problems;
+  Phrase phrase;  // of the last one
   std::unique_ptr<CommandRunner> runner;
 };
 
@@ -125,13 +134,23 @@ TEST_F(CommandRunnerTest, TheNextAttemptIsMadeWhenOneFails) {
 TEST_F(CommandRunnerTest, AfterTheLastOneTheFirstReasonThatIsNotOfKeysIsTold) {
   session.failures = {{"operate", "no window is active"}, {"compositor", "none"}, {"hold", "no such key"}};
   EXPECT_THAT(deedsOf(74), ElementsAre("operate 0", "compositor kill", "hold 1/2 4+65473"));
-  EXPECT_THAT(problems, ElementsAre(CommandProblem{74, "no window is active"}));
+  EXPECT_THAT(problems, ElementsAre(Problem{74, "no window is active"}));
+}
+
+TEST_F(CommandRunnerTest, TheReasonIsToldForOtherLanguagesToo) {
+  deedsOf(91);
+  ASSERT_THAT(problems, SizeIs(1));
+  EXPECT_EQ(phrase.text, problems[0].second);
+  const auto problem = problemOf(70, phrasedError(ENOENT, {"cannot open %1", {given("/a\nb")}}));
+  EXPECT_EQ(problem.reason, "cannot open /a?b");
+  EXPECT_EQ(problem.phrase.text, "cannot open %1");
+  EXPECT_EQ(problemOf(70, Error{}).reason, "it failed");
 }
 
 TEST_F(CommandRunnerTest, KeysAloneTellTheirOwnReason) {
   session.failures["hold"] = "no such key";
   deedsOf(35);
-  EXPECT_THAT(problems, ElementsAre(CommandProblem{35, "no such key"}));
+  EXPECT_THAT(problems, ElementsAre(Problem{35, "no such key"}));
 }
 
 TEST_F(CommandRunnerTest, AReleaseBeforeTheFallbackMakesItATap) {
@@ -172,7 +191,7 @@ TEST_F(CommandRunnerTest, APressOfAnotherButtonWhileOneTypesGoesItsWay) {
 
 TEST_F(CommandRunnerTest, WithoutARowForThisDesktopItSaysSo) {
   EXPECT_THAT(deedsOf(91), IsEmpty());
-  EXPECT_THAT(problems, ElementsAre(CommandProblem{91, "it is not possible on this desktop"}));
+  EXPECT_THAT(problems, ElementsAre(Problem{91, "it is not possible on this desktop"}));
   start({kOnGnome, DisplayKind::kX11});
   EXPECT_THAT(deedsOf(91), ElementsAre("operate 5"));
 }
@@ -219,7 +238,7 @@ TEST_F(CommandRunnerTest, WhatNeverEndsDelaysNothingAndDoesNotPileUp) {
   for (std::size_t i = 0; i < kMostCommandsUnderWay; ++i) press();
   EXPECT_THAT(problems, IsEmpty());
   press();
-  EXPECT_THAT(problems, ElementsAre(CommandProblem{140, "too many commands before it have not ended yet"}));
+  EXPECT_THAT(problems, ElementsAre(Problem{140, "too many commands before it have not ended yet"}));
   EXPECT_THAT(session.waiting, SizeIs(kMostCommandsUnderWay));
   session.endNext();
   session.taken();
@@ -261,14 +280,14 @@ TEST_F(CommandRunnerTest, AReasonIsOneLineOfTextWhateverItWas) {
   session.failures["url"] = "no\nhandler\x01 for \xFF\xC3 it\x7F";
   deedsOf(72);
   ASSERT_THAT(problems, SizeIs(1));
-  EXPECT_EQ(problems[0].reason, "no?handler? for ?? it?");
+  EXPECT_EQ(problems[0].second, "no?handler? for ?? it?");
   session.failures["url"] = std::string(5000, 'x') + "\xC3\xA4";
   deedsOf(72);
-  EXPECT_LE(problems[1].reason.size(), kLongestReason);
-  EXPECT_TRUE(problems[1].reason.starts_with("xxxxxx"));
+  EXPECT_LE(problems[1].second.size(), kLongestReason);
+  EXPECT_TRUE(problems[1].second.starts_with("xxxxxx"));
   session.failures["url"] = "";
   deedsOf(72);
-  EXPECT_EQ(problems[2].reason, "it failed");
+  EXPECT_EQ(problems[2].second, "it failed");
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ class LauncherFixture : public DesktopFixture {
     surroundings.loop = fLoop.get();
     surroundings.desktop = desktop;
     surroundings.resourceFolder = fFolder / "lib/veltrix";
-    surroundings.scriptFailed = [this](const std::string& reason) { fFailures.push_back(reason); };
+    surroundings.scriptFailed = [this](const Error& error) { fFailures.push_back(error.message); };
     surroundings.output = journal();
     surroundings.grace = std::chrono::seconds(20);
     fLauncher = std::make_unique<DesktopLauncher>(std::move(surroundings));

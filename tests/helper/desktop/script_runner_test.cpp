@@ -32,7 +32,7 @@ class ScriptRunnerTest : public testing::DesktopFixture {
   std::vector<std::string> fReasons;
   ProgramStarter fStarter{fLoop.get(), journal()};
   std::unique_ptr<ScriptRunner> fScripts = std::make_unique<ScriptRunner>(
-      fStarter, [this](const std::string& reason) { fReasons.push_back(reason); });
+      fStarter, [this](const Error& error) { fReasons.push_back(error.message); });
 };
 
 TEST_F(ScriptRunnerTest, TextGoesToTheShellInTheHomeFolder) {
