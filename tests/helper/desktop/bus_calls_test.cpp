@@ -69,6 +69,12 @@ TEST_F(BusCallsTest, ArgumentsOfEveryKindArrive) {
                                            "/ org.example.Service.One(7u, {\"interactive\": true})"));
 }
 
+TEST_F(BusCallsTest, PlasmasFieldForCommandsIsStarted) {
+  FakeService runner(fLoop.get(), fSession.address(), "org.kde.krunner");
+  EXPECT_EQ(wordOf(call(rowOf(101, kOnPlasma))), "done");
+  EXPECT_THAT(runner.calls(), ElementsAre("/App org.kde.krunner.App.display() starts"));
+}
+
 TEST_F(BusCallsTest, QuestionsBeforeLeavingAreThoseOfTheDesktop) {
   FakeService plasma(fLoop.get(), fSession.address(), "org.kde.LogoutPrompt");
   FakeService gnome(fLoop.get(), fSession.address(), "org.gnome.SessionManager");
