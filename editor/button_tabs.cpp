@@ -4,7 +4,7 @@
 #include <QVBoxLayout>
 
 #include "helperlink/device_buttons.h"
-#include "widgets/button_picture.h"
+#include "widgets/button_numbers.h"
 #include "widgets/picture_view.h"
 
 namespace veltrix {

@@ -1,52 +1,21 @@
 #include "widgets/button_picture.h"
 
-#include <QComboBox>
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 
+#include "widgets/button_numbers.h"
+#include "widgets/callout_lines.h"
+
 namespace veltrix {
 namespace {
 
-constexpr int kFirstChord = 8;
 constexpr const char* kNumberProperty = "callout";
 constexpr QSize kPictureHint{250, 220};
 constexpr QSize kPictureMinimum{120, 110};
 
-bool isChord(int number) {
-  return number >= kFirstChord;
-}
-
-// The two buttons of a chord, or the button twice.
-std::pair<int, int> buttonsOf(int number) {
-  const int first = isChord(number) ? (number - kFirstChord) * 2 : number;
-  return {first, isChord(number) ? first + 1 : first};
-}
-
-QString buttonId(int button) {
-  return QStringLiteral("button%1").arg(button);
-}
-
-QColor faded(QColor color, double opacity) {
-  color.setAlphaF(static_cast<float>(opacity));
-  return color;
-}
-
 }  // namespace
-
-QString calloutCaption(int number) {
-  const auto [first, second] = buttonsOf(number);
-  if (isChord(number)) {
-    return ButtonPicture::tr("Buttons %1 and %2 together").arg(first + 1).arg(second + 1);
-  }
-  return ButtonPicture::tr("Button %1").arg(first + 1);
-}
-
-QStringList buttonElements(int number) {
-  const auto [first, second] = buttonsOf(number);
-  return first == second ? QStringList{buttonId(first)} : QStringList{buttonId(first), buttonId(second)};
-}
 
 ButtonPicture::ButtonPicture(QWidget* parent) : PictureView(parent) {}
 
@@ -184,7 +153,7 @@ QSize ButtonPicture::minimumSizeHint() const {
 // corner.
 QPointF ButtonPicture::relativeAnchor(int button) const {
   const QRectF mark = pictureElement(QStringLiteral("anchor%1").arg(button));
-  const QRectF shape = mark.isNull() ? pictureElement(buttonId(button)) : mark;
+  const QRectF shape = mark.isNull() ? pictureElement(buttonElement(button)) : mark;
   return shape.isNull() ? QPointF(0.5, 0.5) : shape.center();
 }
 
@@ -194,29 +163,6 @@ QPointF ButtonPicture::anchor(int button) const {
   return {picture.left() + place.x() * picture.width(), picture.top() + place.y() * picture.height()};
 }
 
-QPainterPath ButtonPicture::chordBracket(const CalloutPlace& place) const {
-  const auto [first, second] = buttonsOf(place.number);
-  const QPointF a = anchor(first);
-  const QPointF b = anchor(second);
-  const bool above = place.caption.center().y() < a.y();
-  const QRectF picture = pictureRect();
-  const double bar = above ? picture.top() - spacing() * 0.5 : picture.bottom() + spacing() * 0.5;
-  const double end = above ? (place.control.isEmpty() ? place.caption : place.control).bottom() + 3.0
-                           : place.caption.top() - 2.0;
-  const double middle = place.caption.center().x() + 0.5;
-  const double round = std::min(8.0, spacing() * 0.5);
-  const double up = above ? round : -round;
-  QPainterPath path(a);
-  path.lineTo(a.x(), bar + up);
-  path.quadTo(a.x(), bar, a.x() + round, bar);
-  path.lineTo(b.x() - round, bar);
-  path.quadTo(b.x(), bar, b.x(), bar + up);
-  path.lineTo(b);
-  path.moveTo(middle, bar);
-  path.lineTo(middle, end);
-  return path;
-}
-
 QPainterPath ButtonPicture::leaderLine(int number) const {
   const auto place = std::find_if(fLayout.places.begin(), fLayout.places.end(),
                                   [number](const CalloutPlace& one) { return one.number == number; });
@@ -224,46 +170,16 @@ QPainterPath ButtonPicture::leaderLine(int number) const {
     return {};
   }
   if (isChord(number)) {
-    return chordBracket(*place);
+    const auto [first, second] = buttonsOf(number);
+    return chordBracket(*place, anchor(first), anchor(second), pictureRect(), spacing());
   }
-  const QPointF target = anchor(number);
-  const QRect edge = place->control.isEmpty() ? place->caption : place->control;
-  const bool left = edge.center().x() < target.x();
-  // Straight across when the target is level with any part of the control's middle.
-  const double slack = edge.height() * 0.25;
-  const double middle = edge.center().y() + 0.5;
-  const QPointF start(left ? edge.right() + 4.0 : edge.left() - 3.0,
-                      std::clamp(target.y(), middle - slack, middle + slack));
-  const double elbow = left ? start.x() + spacing() : start.x() - spacing();
-  QPainterPath path(start);
-  path.lineTo(elbow, start.y());
-  path.lineTo(target);
-  return path;
+  return buttonLine(*place, anchor(number), spacing());
 }
 
-void ButtonPicture::paintCallout(QPainter& painter, const Callout& callout) const {
-  const QColor color =
-      callout.lit ? palette().color(QPalette::Highlight) : faded(palette().color(QPalette::WindowText), 0.55);
-  const QPainterPath line = leaderLine(callout.number);
-  painter.setBrush(Qt::NoBrush);
-  if (!callout.lit) {
-    // A halo in the window's colour keeps the line apart from the outlines that it crosses.
-    painter.setPen(QPen(palette().color(QPalette::Window), 4.0, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin));
-    painter.drawPath(line);
-  }
-  painter.setPen(QPen(color, callout.lit ? 2.0 : 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  painter.drawPath(line);
-}
-
-void ButtonPicture::paintDisc(QPainter& painter, int button, bool lit) const {
+void ButtonPicture::paintDisc(QPainter& painter, int button) const {
   const double radius = fontMetrics().height() * 0.62;
   const QRectF disc(anchor(button) - QPointF(radius, radius), QSizeF(radius * 2, radius * 2));
-  const QColor edge = palette().color(lit ? QPalette::HighlightedText : QPalette::WindowText);
-  painter.setPen(QPen(lit ? edge : faded(edge, 0.8), 1.4));
-  painter.setBrush(palette().color(lit ? QPalette::HighlightedText : QPalette::Base));
-  painter.drawEllipse(disc);
-  painter.setPen(palette().color(lit ? QPalette::Highlight : QPalette::Text));
-  painter.drawText(disc, Qt::AlignCenter, QString::number(button + 1));
+  paintButtonDisc(painter, button, disc, palette(), lit().contains(buttonElement(button)));
 }
 
 void ButtonPicture::paintEvent(QPaintEvent* event) {
@@ -277,13 +193,13 @@ void ButtonPicture::paintEvent(QPaintEvent* event) {
   for (const bool lit : {false, true}) {
     for (const Callout& callout : fCallouts) {
       if (callout.lit == lit) {
-        paintCallout(painter, callout);
+        paintCalloutLine(painter, leaderLine(callout.number), palette(), lit);
       }
     }
   }
   for (const Callout& callout : fCallouts) {
     if (!isChord(callout.number)) {
-      paintDisc(painter, callout.number, lit().contains(buttonId(callout.number)));
+      paintDisc(painter, callout.number);
     }
   }
 }
@@ -375,7 +291,7 @@ void ButtonPicture::resizeEvent(QResizeEvent* event) {
 void ButtonPicture::mousePressEvent(QMouseEvent* event) {
   for (const Callout& callout : fCallouts) {
     if (!isChord(callout.number) && callout.control != nullptr && callout.control->isEnabled() &&
-        elementRect(buttonId(callout.number)).contains(event->position())) {
+        elementRect(buttonElement(callout.number)).contains(event->position())) {
       callout.control->setFocus(Qt::MouseFocusReason);
       event->accept();
       return;

@@ -10,15 +10,9 @@
 
 namespace veltrix {
 
-// The caption of a button (0 to 3) or a chord (8: buttons 0 and 1, 9: buttons 2 and 3); people count from 1.
-QString calloutCaption(int number);
-
-// The ids of the elements that show a button or the two buttons of a chord in a picture.
-QStringList buttonElements(int number);
-
-// A trackball's picture with a callout for each button and chord: a numbered disc or bracket in the picture,
-// a leader line, a caption, and a control below the caption. The control that has the focus or the mouse
-// lights its buttons up.
+// A trackball's picture with a callout for each button and chord (numbers of widgets/button_numbers.h): a
+// disc or bracket in the picture, a leader line, a caption, and a control below the caption. The control that
+// has the focus or the mouse lights its buttons up.
 //
 // In a .ui file the controls are plain children that carry their number in the dynamic property "callout";
 // the widget needs no layout of its own.
@@ -72,9 +66,7 @@ class ButtonPicture : public PictureView {
   QList<CalloutRequest> requests() const;
   QPointF relativeAnchor(int button) const;
   QPointF anchor(int button) const;
-  QPainterPath chordBracket(const CalloutPlace& place) const;
-  void paintCallout(QPainter& painter, const Callout& callout) const;
-  void paintDisc(QPainter& painter, int button, bool lit) const;
+  void paintDisc(QPainter& painter, int button) const;
   int spacing() const;
 
   QList<Callout> fCallouts;

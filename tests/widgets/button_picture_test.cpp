@@ -43,19 +43,6 @@ class ButtonPictureTest : public testing::Test {
   QHash<int, QComboBox*> fMenus;
 };
 
-TEST_F(ButtonPictureTest, CountsButtonsFromOneInCaptions) {
-  EXPECT_EQ(calloutCaption(0), "Button 1");
-  EXPECT_EQ(calloutCaption(3), "Button 4");
-  EXPECT_EQ(calloutCaption(8), "Buttons 1 and 2 together");
-  EXPECT_EQ(calloutCaption(9), "Buttons 3 and 4 together");
-}
-
-TEST_F(ButtonPictureTest, NamesOneElementForAButtonAndTwoForAChord) {
-  EXPECT_EQ(buttonElements(2), QStringList{"button2"});
-  EXPECT_EQ(buttonElements(8), (QStringList{"button0", "button1"}));
-  EXPECT_EQ(buttonElements(9), (QStringList{"button2", "button3"}));
-}
-
 TEST_F(ButtonPictureTest, PutsEachControlBelowItsCaption) {
   fill("device_tab2", {0, 1, 2, 3, 8, 9});
   EXPECT_EQ(fPicture.callouts(), (QList<int>{0, 1, 2, 3, 8, 9}));
