@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 // The layout of version 00 of the binary form: magic, objects, a table of their offsets, a trailer. Each
 // object starts with a marker byte: the kind in the high half, a size in the low half. All numbers have their
@@ -24,6 +25,7 @@ inline constexpr std::uint8_t kFalse = 0x08;  // low halves of kSingle
 inline constexpr std::uint8_t kTrue = 0x09;
 inline constexpr std::uint8_t kCountFollows = 0x0F;  // the count is an integer object after the marker
 
+inline constexpr std::string_view kMagic = "bplist";
 inline constexpr std::size_t kHeadSize = 8;  // "bplist00"
 inline constexpr std::size_t kTrailerSize = 32;
 // Places in the trailer.

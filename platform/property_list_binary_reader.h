@@ -7,8 +7,6 @@
 
 namespace veltrix::plist {
 
-inline constexpr std::string_view kBinaryMagic = "bplist";
-
 // Reads the binary form, version 00.
 Result<Value> readBinary(std::string_view bytes);
 

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/property_list_binary.h"
-#include "platform/property_list_binary_reader.h"
 #include "platform/property_list_io.h"
 #include "platform/property_list_limits.h"
 #include "platform/text_encoding.h"
@@ -200,7 +199,7 @@ std::uint32_t Writer::addBytes(std::string bytes) {
 }
 
 std::string Writer::serialized() const {
-  std::string out(kBinaryMagic);
+  std::string out(binary::kMagic);
   out.append("00");
   const std::size_t referenceSize = bytesFor(fObjects.size() - 1);
   std::vector<std::size_t> offsets;

@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/property_list_binary.h"
 #include "platform/property_list_binary_reader.h"
 #include "platform/property_list_io.h"
 #include "platform/property_list_text_reader.h"
@@ -153,7 +154,7 @@ Result<Document> read(std::string_view bytes) {
   if (bytes.size() > kMaximumFileBytes) {
     return tooLarge();
   }
-  if (bytes.substr(0, kBinaryMagic.size()) == kBinaryMagic) {
+  if (bytes.substr(0, binary::kMagic.size()) == binary::kMagic) {
     return documentOf(readBinary(bytes), Format::kBinary);
   }
   const Encoding encoding = encodingOf(bytes);
