@@ -4,108 +4,17 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QDialog>
-#include <QDialogButtonBox>
 #include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QSlider>
-#include <QTest>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <QWheelEvent>
-#include <functional>
+
+#include "tests/ui/param_controller_fixture.h"
 
 namespace veltrix {
 namespace {
 
 using plist::Dictionary;
 using ::testing::ElementsAre;
-
-constexpr std::array kKeys = {"triggerTime", "timeDecay", "timeStop", "countDecay", "countStop"};
-
-// A pane that does nothing but run dialogs, and a person who does `action` in them.
-class Host : public EditorHost {
- public:
-  std::int32_t modalDialog(QDialog* window) override {
-    dialog = window;
-    window->setWindowModality(Qt::WindowModal);
-    QTimer::singleShot(0, window, [this, window] {
-      EXPECT_TRUE(QTest::qWaitForWindowActive(window));
-      action();
-      if (window->isVisible()) {
-        window->done(0);
-      }
-    });
-    ++dialogs;
-    return window->exec();
-  }
-  void actModalButtonOK() override { dialog->done(1); }
-  void actModalButtonCancel() override { dialog->done(0); }
-  std::int32_t vtxCurDeviceTabIndex() const override { return 0; }
-  std::int32_t vtxCurAssignmentTabIndex(std::int32_t /*button*/) const override { return 0; }
-
-  std::function<void()> action = [] {};
-  QDialog* dialog = nullptr;
-  int dialogs = 0;
-};
-
-class ParamControllerTest : public ::testing::Test {
- protected:
-  ParamControllerTest() : entry(Dictionary::create()) {
-    Dictionary param = Dictionary::create();
-    const std::array values = {60, 110, 250, 90, 1};
-    for (std::size_t row = 0; row < kKeys.size(); ++row) {
-      param.set(kKeys[row], values[row]);
-    }
-    entry.set("param", param);
-    entry.set("driver enabled", true);
-  }
-
-  // Opens the sheet for a person who does `action`.
-  bool edit(std::function<void()> action) {
-    host.action = std::move(action);
-    return controller.editScrollParams(entry);
-  }
-
-  template <typename Widget>
-  Widget* find(const std::string& name) const {
-    auto* widget = host.dialog->findChild<Widget*>(QString::fromStdString(name));
-    if (widget == nullptr) {
-      ADD_FAILURE() << "no widget " << name;
-    }
-    return widget;
-  }
-  QSlider* slider(int row) const { return find<QSlider>("outParamSlider" + std::to_string(row)); }
-  QLineEdit* field(int row) const { return find<QLineEdit>("outParamField" + std::to_string(row)); }
-  std::string text(int row) const { return field(row)->text().toStdString(); }
-  void press(QDialogButtonBox::StandardButton which) const {
-    QTest::mouseClick(find<QDialogButtonBox>("buttonsParams")->button(which), Qt::LeftButton);
-  }
-  void pressOK() const { press(QDialogButtonBox::Ok); }
-
-  // Replaces the whole text, key by key.
-  void type(int row, const char* keys) const {
-    field(row)->setFocus();
-    field(row)->selectAll();
-    QTest::keyClicks(field(row), QString::fromUtf8(keys));
-  }
-
-  Dictionary param() const { return entry.dictionaryFor("param"); }
-  std::vector<int> stored() const {
-    std::vector<int> values;
-    values.reserve(kKeys.size());
-    for (const char* key : kKeys) {
-      values.push_back(param().contains(key) ? param().int32For(key) : -1000);
-    }
-    return values;
-  }
-
-  QWidget window;
-  Host host;
-  VeltrixParamController controller{&host, &window};
-  Dictionary entry;
-};
 
 TEST_F(ParamControllerTest, EachRowShowsItsValueInSliderAndField) {
   edit([this] {
@@ -227,15 +136,6 @@ TEST_F(ParamControllerTest, ASliderMovesItsField) {
   EXPECT_THAT(stored(), ElementsAre(60, 110, 250, 0, 1));
 }
 
-TEST_F(ParamControllerTest, AFieldMovesItsSliderAtEveryKey) {
-  edit([this] {
-    type(4, "7");
-    EXPECT_EQ(slider(4)->value(), 7);
-    QTest::keyClicks(field(4), QStringLiteral("5"));
-    EXPECT_EQ(slider(4)->value(), 75);
-  });
-}
-
 TEST_F(ParamControllerTest, SendersWithOtherTagsThanOneToSixDoNotCount) {
   edit([this] {
     type(2, "5000");
@@ -270,102 +170,6 @@ TEST_F(ParamControllerTest, SlidersCarryTheTagsOneToFive) {
       EXPECT_EQ(slider(row)->property("tag").toInt(), row);
     }
   });
-}
-
-TEST_F(ParamControllerTest, ALetterInAnEmptyFieldTurnsIntoZeroAtOnce) {
-  EXPECT_TRUE(edit([this] {
-    type(1, "x");
-    EXPECT_EQ(text(1), "0");
-    pressOK();
-  }));
-  EXPECT_THAT(stored(), ElementsAre(0, 110, 250, 90, 1));
-}
-
-TEST_F(ParamControllerTest, AnEmptiedFieldShowsAZeroThatTheNextDigitReplaces) {
-  edit([this] {
-    field(1)->setFocus();
-    field(1)->selectAll();
-    QTest::keyClick(field(1), Qt::Key_Backspace);
-    EXPECT_EQ(text(1), "0");
-    QTest::keyClicks(field(1), QStringLiteral("42"));
-    EXPECT_EQ(text(1), "42");
-  });
-}
-
-TEST_F(ParamControllerTest, DigitsAreTypedInTheirOrder) {
-  edit([this] {
-    for (const char* number : {"12", "1000", "0", "7"}) {
-      type(1, number);
-      EXPECT_EQ(text(1), number);
-    }
-    type(1, "007");
-    EXPECT_EQ(text(1), "7");
-    type(1, "x12y3");
-    EXPECT_EQ(text(1), "123");
-  });
-}
-
-TEST_F(ParamControllerTest, DigitsCanBeTypedIntoTheMiddle) {
-  edit([this] {
-    type(1, "15");
-    field(1)->setCursorPosition(1);
-    QTest::keyClicks(field(1), QStringLiteral("23x"));
-    EXPECT_EQ(text(1), "123");  // what stood behind the letter is gone, as it is not read
-    QTest::keyClicks(field(1), QStringLiteral("4"));
-    EXPECT_EQ(text(1), "1234");
-  });
-}
-
-TEST_F(ParamControllerTest, AMinusBeforeTheDigitsMakesTheNumberNegative) {
-  EXPECT_TRUE(edit([this] {
-    type(1, "5");
-    QTest::keyClick(field(1), Qt::Key_Home);
-    QTest::keyClicks(field(1), QStringLiteral("-1"));
-    EXPECT_EQ(text(1), "-15");
-    EXPECT_EQ(slider(1)->value(), slider(1)->minimum());
-    QTest::keyClick(field(1), Qt::Key_Home);
-    QTest::keyClick(field(1), Qt::Key_Delete);
-    EXPECT_EQ(text(1), "15");
-    QTest::keyClick(field(1), Qt::Key_Home);
-    QTest::keyClicks(field(1), QStringLiteral("-"));
-    pressOK();
-  }));
-  EXPECT_THAT(stored(), ElementsAre(-15, 110, 250, 90, 1));
-}
-
-TEST_F(ParamControllerTest, AMinusAloneReadsAsZero) {
-  edit([this] {
-    type(1, "-");
-    EXPECT_EQ(text(1), "0");
-  });
-}
-
-TEST_F(ParamControllerTest, PastedTextIsReadAsItsLeadingInteger) {
-  edit([this] {
-    field(1)->selectAll();
-    field(1)->insert(QStringLiteral(" +37 ms"));
-    EXPECT_EQ(text(1), "37");
-    field(1)->setText(QStringLiteral("99999999999"));
-    EXPECT_EQ(text(1), "2147483647");
-  });
-}
-
-TEST_F(ParamControllerTest, AChangeWithoutAFieldIsNone) {
-  edit([this] {
-    type(2, "5000");
-    controller.controlTextDidChange(nullptr);
-    EXPECT_EQ(text(2), "5000");
-  });
-}
-
-TEST_F(ParamControllerTest, TypingReadsAllFields) {
-  EXPECT_TRUE(edit([this] {
-    type(2, "5000");
-    type(1, "70");
-    EXPECT_EQ(text(2), "5000");
-    pressOK();
-  }));
-  EXPECT_THAT(stored(), ElementsAre(70, 5000, 250, 90, 1));
 }
 
 TEST_F(ParamControllerTest, ReturnConfirmsAndEscapeCancels) {
