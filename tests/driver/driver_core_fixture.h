@@ -11,6 +11,17 @@
 
 namespace veltrix {
 
+// The key A, pressed and released.
+inline TypeKeysPacket typingOf(std::uint32_t id) {
+  auto packet = makePacket<TypeKeysPacket>();
+  packet.id = id;
+  packet.count = 2;
+  packet.interval = 10;
+  packet.step[0] = {KEY_A, 1};
+  packet.step[1] = {KEY_A, 0};
+  return packet;
+}
+
 // A driver with a helper, two trackballs that can be plugged in, and no kernel.
 class DriverCoreTest : public testing::Test {
  protected:
