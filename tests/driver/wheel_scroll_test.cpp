@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <array>
 #include <cstdlib>
+#include <limits>
+
+#include "tests/driver/wheel_scroll_units.h"
 
 namespace veltrix {
 namespace {
@@ -13,35 +15,8 @@ namespace {
 using std::chrono::milliseconds;
 using testing::ElementsAre;
 
-constexpr DeviceModel kModel{400};
-constexpr ScrollParameters kFactory{60, 110, 250, 90, 1};
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-
-DriverRecord recordOf(std::int16_t lines, std::uint16_t command = 20) {
-  DriverRecord record{};
-  record.action[kWheelSlot].command = command;
-  record.action[kWheelSlot].argument = static_cast<std::uint16_t>(lines);
-  return record;
-}
-
-WheelScroll scrollOf(const DriverRecord& record) {
-  WheelScroll scroll(kModel);
-  scroll.configure(record, kFactory);
-  return scroll;
-}
-
-// Hi-res units up and to the right.
-using Units = std::array<std::int64_t, 2>;
-
-Units unitsOf(const Output& output) {
-  Units units{};
-  for (const OutputEvent& event : output.events()) {
-    units[0] += event.code == REL_WHEEL_HI_RES ? event.value : 0;
-    units[1] += event.code == REL_HWHEEL_HI_RES ? event.value : 0;
-  }
-  return units;
-}
 
 Units turned(WheelScroll& scroll, std::int32_t wheel, std::int32_t hwheel) {
   Output output;
@@ -211,80 +186,6 @@ TEST(WheelScroll, RestForgetsWhatIsLeft) {
   scroll.rest();
   EXPECT_EQ(turned(scroll, 2, 2), (Units{0, 0}));
   EXPECT_EQ(rolled(scroll, 1, 0), (Units{0, 0}));
-}
-
-// The wheel after two quick turns, the later one at 0 ms.
-WheelScroll turnedQuickly(DriverRecord record, std::int32_t wheel, std::int32_t hwheel) {
-  record.inertialScroll = 1;
-  WheelScroll scroll = scrollOf(record);
-  Output output;
-  scroll.turn(milliseconds(-40), wheel, hwheel, output);
-  scroll.turn(milliseconds(0), wheel, hwheel, output);
-  return scroll;
-}
-
-Units rolledOut(WheelScroll& scroll) {
-  Units sum{};
-  while (scroll.deadline() != kNever) {
-    Output output;
-    scroll.expire(scroll.deadline(), output);
-    const Units units = unitsOf(output);
-    sum = {sum[0] + units[0], sum[1] + units[1]};
-  }
-  return sum;
-}
-
-TEST(WheelScroll, RollsOnTheWayThatItScrolled) {
-  DriverRecord inverted = recordOf(3);
-  inverted.invertWheel = 1;
-  WheelScroll up = turnedQuickly(recordOf(3), 120, 0);
-  WheelScroll down = turnedQuickly(inverted, 120, 0);
-  WheelScroll left = turnedQuickly(recordOf(3, 22), 120, 0);
-  WheelScroll right = turnedQuickly(recordOf(3), 10, 120);
-  EXPECT_EQ(rolledOut(up), (Units{703, 0}));
-  EXPECT_EQ(rolledOut(down), (Units{-703, 0}));
-  EXPECT_EQ(rolledOut(left), (Units{0, -703}));
-  EXPECT_EQ(rolledOut(right), (Units{0, 703}));
-}
-
-TEST(WheelScroll, RollsOnWithWholeDetentsBesideTheUnits) {
-  WheelScroll scroll = turnedQuickly(recordOf(3), 120, 0);
-  int detents = 0;
-  while (scroll.deadline() != kNever) {
-    Output output;
-    scroll.expire(scroll.deadline(), output);
-    for (const OutputEvent& event : output.events()) detents += event.code == REL_WHEEL ? event.value : 0;
-  }
-  EXPECT_EQ(detents, 703 / 120);
-}
-
-TEST(WheelScroll, DoesNotRollOnUnlessTheRecordSaysSo) {
-  WheelScroll scroll = scrollOf(recordOf(3));
-  Output output;
-  for (int time = 0; time < 200; time += 20) scroll.turn(milliseconds(time), 120, 0, output);
-  EXPECT_EQ(scroll.deadline(), kNever);
-}
-
-TEST(WheelScroll, StopRestAndANewRecordEndWhatRollsOn) {
-  WheelScroll stopped = turnedQuickly(recordOf(3), 120, 0);
-  WheelScroll rested = turnedQuickly(recordOf(3), 120, 0);
-  WheelScroll configured = turnedQuickly(recordOf(3), 120, 0);
-  stopped.stop();
-  rested.rest();
-  configured.configure(recordOf(3), kFactory);
-  EXPECT_EQ(stopped.deadline(), kNever);
-  EXPECT_EQ(rested.deadline(), kNever);
-  EXPECT_EQ(configured.deadline(), kNever);
-}
-
-TEST(WheelScroll, ATurnTheOtherWayEndsWhatRollsOnAndScrolls) {
-  WheelScroll scroll = turnedQuickly(recordOf(3), 120, 0);
-  Output output;
-  scroll.expire(milliseconds(100), output);
-  output.clear();
-  scroll.turn(milliseconds(105), -120, 0, output);
-  EXPECT_EQ(unitsOf(output), (Units{-120, 0}));
-  EXPECT_EQ(scroll.deadline(), kNever);
 }
 
 RC_GTEST_PROP(WheelScroll, SumOfTurnsIsExactAtEveryMoment, ()) {
