@@ -13,8 +13,15 @@ namespace veltrix::test {
 // A player of actions and the time that the test lets pass, in milliseconds.
 class ActionPlayerTest : public testing::Test {
  protected:
+  using Groups = std::vector<std::string>;
+
   static constexpr std::uint8_t kVoice = 4;
   static constexpr std::uint8_t kOtherVoice = 5;
+  static constexpr std::uint16_t kShift = 0x0200;
+  static constexpr std::uint16_t kClick = 1;
+  static constexpr std::uint16_t kDoubleClick = 6;
+  static constexpr std::uint16_t kDragLock = 7;
+  static constexpr std::uint16_t kTripleClick = 8;
 
   Stage stage() { return {fNow, fWheel, fOutput}; }
 

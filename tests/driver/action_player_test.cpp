@@ -14,13 +14,6 @@ using test::up;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::uint16_t kShift = 0x0200;
-constexpr std::uint16_t kClick = 1;
-constexpr std::uint16_t kDoubleClick = 6;
-constexpr std::uint16_t kDragLock = 7;
-constexpr std::uint16_t kTripleClick = 8;
-
-using Groups = std::vector<std::string>;
 using ActionPlayerTest = test::ActionPlayerTest;
 
 TEST_F(ActionPlayerTest, ClickIsHeldAsLongAsItsButton) {
@@ -136,60 +129,6 @@ TEST_F(ActionPlayerTest, WhatFollowsABelatedClickComesAfterItsRelease) {
   EXPECT_EQ(fPlayer.deadline(), kNever);
 }
 
-TEST_F(ActionPlayerTest, DragLockHoldsUntilTheNextPressOfItsButton) {
-  begin(kDragLock, kShift);
-  end();
-  EXPECT_THAT(taken(), ElementsAre(down(KEY_LEFTSHIFT), down(BTN_LEFT)));
-  begin(kDragLock, kShift);
-  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), up(KEY_LEFTSHIFT)));
-  end();
-  EXPECT_THAT(taken(), IsEmpty());
-}
-
-TEST_F(ActionPlayerTest, DragLockEndsBeforeAnyOtherClick) {
-  for (const std::uint16_t command : std::to_array<std::uint16_t>({1, 2, 3, 4, 5, 12, 18})) {
-    begin(kDragLock, kShift);
-    end();
-    taken();
-    begin(command, 0, 0, kOtherVoice);
-    const Groups groups = taken();
-    ASSERT_EQ(groups.size(), 3U) << command;
-    EXPECT_EQ(groups[0], up(BTN_LEFT));
-    EXPECT_EQ(groups[1], up(KEY_LEFTSHIFT));
-    EXPECT_EQ(groups[2].front(), '+');
-    end(kOtherVoice);
-    taken();
-  }
-}
-
-TEST_F(ActionPlayerTest, DragLockOfAnotherButtonTakesItsPlace) {
-  begin(kDragLock);
-  end();
-  begin(kDragLock, 0, 0, kOtherVoice);
-  end(kOtherVoice);
-  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT), up(BTN_LEFT), down(BTN_LEFT)));
-}
-
-TEST_F(ActionPlayerTest, DragLockOutlastsKeysScrollingAndModes) {
-  begin(kDragLock);
-  end();
-  taken();
-  for (const std::uint16_t command : std::to_array<std::uint16_t>({10, 20, 24, 27, 70})) {
-    begin(command, 0, 255, kOtherVoice);
-    end(kOtherVoice);
-  }
-  const Groups groups = taken();
-  EXPECT_THAT(groups, testing::Not(testing::Contains(up(BTN_LEFT))));
-}
-
-TEST_F(ActionPlayerTest, PassThroughButtonIsAClickThatEndsTheDragLock) {
-  begin(kDragLock);
-  end();
-  taken();
-  fPlayer.begin(kFirstPlainVoice + 8, planOfPlainButton(8), stage());
-  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT), down(BTN_MOUSE + 8)));
-}
-
 TEST_F(ActionPlayerTest, ScrollingStepsAtOnceAndRepeatsWhileHeld) {
   const std::string step = together(by(REL_WHEEL_HI_RES, 120), by(REL_WHEEL, 1));
   begin(20, 0, 3);
@@ -302,16 +241,6 @@ TEST_F(ActionPlayerTest, EndOfEverythingReleasesAllAndLeavesEveryMode) {
   end();
   end(0);
   EXPECT_THAT(taken(), IsEmpty());
-}
-
-TEST_F(ActionPlayerTest, EndOfEverythingEndsTheDragLock) {
-  begin(kDragLock);
-  end();
-  taken();
-  fPlayer.endAll(stage());
-  EXPECT_THAT(taken(), ElementsAre(up(BTN_LEFT)));
-  begin(kDragLock);
-  EXPECT_THAT(taken(), ElementsAre(down(BTN_LEFT)));
 }
 
 }  // namespace
