@@ -13,15 +13,6 @@ using test::up;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr RecordAction kLeftClick{1, 0, 0, 0};
-constexpr RecordAction kRightClick{2, 0, 0, 0};
-constexpr RecordAction kMiddleClick{3, 0, 0, 0};
-const std::string kDetentUp = together(by(REL_WHEEL_HI_RES, 120), by(REL_WHEEL, 1));
-
-RecordAction command(std::uint16_t code, std::uint16_t argument = 0) {
-  return {code, 0, argument, 0};
-}
-
 class EngineWheel : public test::EngineTest {};
 
 TEST_F(EngineWheel, ScrollsByItsAmount) {

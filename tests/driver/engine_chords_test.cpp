@@ -6,19 +6,9 @@ namespace {
 
 using test::by;
 using test::down;
-using test::together;
 using test::up;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr RecordAction kLeftClick{1, 0, 0, 0};
-constexpr RecordAction kRightClick{2, 0, 0, 0};
-constexpr RecordAction kMiddleClick{3, 0, 0, 0};
-const std::string kDetentUp = together(by(REL_WHEEL_HI_RES, 120), by(REL_WHEEL, 1));
-
-RecordAction command(std::uint16_t code) {
-  return {code, 0, 0, 0};
-}
 
 class EngineChords : public test::EngineTest {
  protected:

@@ -15,6 +15,15 @@ class EngineTest : public testing::Test {
  protected:
   static constexpr ScrollParameters kRollsOn{
       .triggerTime = 250, .timeDecay = 120, .timeStop = 500, .countDecay = 80, .countStop = 1};
+  static constexpr RecordAction kLeftClick{1, 0, 0, 0};
+  static constexpr RecordAction kRightClick{2, 0, 0, 0};
+  static constexpr RecordAction kMiddleClick{3, 0, 0, 0};
+  static RecordAction command(std::uint16_t code, std::uint16_t argument = 0) {
+    return {code, 0, argument, 0};
+  }
+
+  // What a detent of the wheel gives that scrolls as an ordinary mouse.
+  inline static const std::string kDetentUp = together(by(REL_WHEEL_HI_RES, 120), by(REL_WHEEL, 1));
 
   // A record whose buttons do nothing yet and whose wheel scrolls.
   static DriverRecord emptyRecord() {

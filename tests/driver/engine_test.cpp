@@ -14,14 +14,6 @@ using testing::IsEmpty;
 
 using EngineTest = test::EngineTest;
 
-constexpr RecordAction kRightClick{2, 0, 0, 0};
-
-RecordAction command(std::uint16_t code, std::uint16_t argument = 0) {
-  return {code, 0, argument, 0};
-}
-
-const std::string kDetentUp = together(by(REL_WHEEL_HI_RES, 120), by(REL_WHEEL, 1));
-
 TEST_F(EngineTest, WithoutARecordItIsAnOrdinaryMouse) {
   for (std::uint8_t button = 0; button < kMostButtons; ++button) {
     const auto code = static_cast<std::uint16_t>(BTN_MOUSE + button);
