@@ -1,28 +1,16 @@
 #include "driver/input_node.h"
 
-#include <libudev.h>
 #include <linux/input-event-codes.h>
 
 #include <charconv>
 
 #include "driver/output_identity.h"
 #include "driverlink/device_family.h"
-#include "util/hex_number.h"
+#include "util/udev_attributes.h"
 
 namespace veltrix {
 
 namespace {
-
-std::string_view attribute(udev_device* device, const char* name) {
-  const char* value = device != nullptr ? udev_device_get_sysattr_value(device, name) : nullptr;
-  return value != nullptr ? value : "";
-}
-
-std::uint16_t hexAttribute(udev_device* device, const char* name) {
-  std::uint16_t value = 0;
-  parseHex(attribute(device, name), 4, &value);
-  return value;
-}
 
 bool hasProperty(udev_device* device, const char* name) {
   const char* value = udev_device_get_property_value(device, name);
@@ -30,8 +18,8 @@ bool hasProperty(udev_device* device, const char* name) {
 }
 
 bool isPointer(udev_device* input) {
-  return hasCapability(attribute(input, "capabilities/rel"), REL_X) &&
-         hasCapability(attribute(input, "capabilities/key"), BTN_LEFT);
+  return hasCapability(udevAttribute(input, "capabilities/rel"), REL_X) &&
+         hasCapability(udevAttribute(input, "capabilities/key"), BTN_LEFT);
 }
 
 // The version of the input device of a USB mouse is that of its protocol; only the USB device itself tells
@@ -39,8 +27,8 @@ bool isPointer(udev_device* input) {
 std::uint16_t versionOf(udev_device* node, udev_device* input) {
   udev_device* usbDevice = udev_device_get_parent_with_subsystem_devtype(node, "usb", "usb_device");
   if (usbDevice != nullptr)
-    return productVersionFromBcd(hexAttribute(usbDevice, "bcdDevice"));
-  return productVersionFromBcd(hexAttribute(input, "id/version"));
+    return productVersionFromBcd(udevHexAttribute(usbDevice, "bcdDevice"));
+  return productVersionFromBcd(udevHexAttribute(input, "id/version"));
 }
 
 }  // namespace
@@ -51,8 +39,8 @@ std::optional<InputNode> inputNodeOf(udev_device* node) {
   const std::string_view name = udev_device_get_sysname(node);
   if (path == nullptr || input == nullptr || name.substr(0, 5) != "event")
     return std::nullopt;
-  const std::uint16_t vendor = hexAttribute(input, "id/vendor");
-  const std::uint16_t product = hexAttribute(input, "id/product");
+  const std::uint16_t vendor = udevHexAttribute(input, "id/vendor");
+  const std::uint16_t product = udevHexAttribute(input, "id/product");
   if (isOwnDevice(vendor, product))
     return std::nullopt;
   if (vendor == kTrackballVendor && isPointer(input)) {

@@ -1,6 +1,5 @@
 #include "helper/udev_device_source.h"
 
-#include <libudev.h>
 #include <sys/epoll.h>
 
 #include <cerrno>
@@ -10,7 +9,7 @@
 #include "driverlink/device_family.h"
 #include "helper/device_entry.h"
 #include "helperlink/device_kinds.h"
-#include "util/hex_number.h"
+#include "util/udev_attributes.h"
 
 namespace veltrix {
 
@@ -26,17 +25,6 @@ Error udevError(const char* what) {
   return Error{errno, std::string("cannot ") + what + ": " + std::strerror(errno), std::nullopt};
 }
 
-std::string attribute(udev_device* device, const char* name) {
-  const char* value = device != nullptr ? udev_device_get_sysattr_value(device, name) : nullptr;
-  return value != nullptr ? value : "";
-}
-
-std::uint16_t hexAttribute(udev_device* device, const char* name) {
-  std::uint16_t value = 0;
-  parseHex(attribute(device, name), 4, &value);
-  return value;
-}
-
 bool isEventNode(udev_device* device) {
   const char* name = udev_device_get_sysname(device);
   return name != nullptr && std::string_view(name).substr(0, 5) == "event";
@@ -49,12 +37,12 @@ udev_device* usbParent(udev_device* node, const char* kind) {
 
 VeltrixDeviceEntry entryOf(udev_device* usbDevice, udev_device* interface) {
   VeltrixDeviceEntry entry{};
-  entry.vendorID = hexAttribute(usbDevice, "idVendor");
-  entry.productID = hexAttribute(usbDevice, "idProduct");
-  entry.productVers = productVersionFromBcd(hexAttribute(usbDevice, "bcdDevice"));
-  entry.interfaceNum = hexAttribute(interface, "bInterfaceNumber");
-  setEntryText(entry.vendorName, attribute(usbDevice, "manufacturer"));
-  setEntryText(entry.productName, attribute(usbDevice, "product"));
+  entry.vendorID = udevHexAttribute(usbDevice, "idVendor");
+  entry.productID = udevHexAttribute(usbDevice, "idProduct");
+  entry.productVers = productVersionFromBcd(udevHexAttribute(usbDevice, "bcdDevice"));
+  entry.interfaceNum = udevHexAttribute(interface, "bInterfaceNumber");
+  setEntryText(entry.vendorName, udevAttribute(usbDevice, "manufacturer"));
+  setEntryText(entry.productName, udevAttribute(usbDevice, "product"));
   return entry;
 }
 
@@ -144,7 +132,7 @@ void UdevDeviceSource::readMonitor() {
 
 void UdevDeviceSource::nodeAdded(udev_device* node) {
   udev_device* usbDevice = usbParent(node, "usb_device");
-  if (usbDevice == nullptr || hexAttribute(usbDevice, "idVendor") != kFamilyVendorId)
+  if (usbDevice == nullptr || udevHexAttribute(usbDevice, "idVendor") != kFamilyVendorId)
     return;
   const std::string nodePath = udev_device_get_syspath(node);
   const std::string devicePath = udev_device_get_syspath(usbDevice);
