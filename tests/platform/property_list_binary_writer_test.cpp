@@ -92,42 +92,5 @@ TEST(PropertyListBinaryWriter, RefusesWhatTheFormCannotHold) {
   EXPECT_FALSE(writeBinary(array).ok());
 }
 
-TEST(PropertyListBinaryWriter, SurvivesContainersThatHoldThemselves) {
-  Dictionary root = Dictionary::create();
-  root.set("a", root);
-  root.set("b", root);
-  EXPECT_FALSE(writeBinary(root).ok());
-  root.clear();
-}
-
-TEST(PropertyListBinaryWriter, WritesWhatCanBeReadAndNoDeeper) {
-  Value value = Dictionary::create();
-  for (std::size_t i = 1; i < kMaximumNesting; ++i) {
-    Dictionary outer = Dictionary::create();
-    outer.set("in", value);
-    value = outer;
-  }
-  EXPECT_TRUE(read(written(value)).ok());
-  Array over = Array::create();
-  over.append(value);
-  EXPECT_FALSE(writeBinary(over).ok());
-}
-
-TEST(PropertyListBinaryWriter, LimitsWhatSharedContainersUnfoldTo) {
-  Value value("core");
-  for (int i = 0; i < 40; ++i) {
-    Array pair = Array::create();
-    pair.append(value);
-    pair.append(value);
-    value = pair;
-  }
-  EXPECT_FALSE(writeBinary(value).ok());
-}
-
-TEST(PropertyListBinaryWriter, RefusesToWriteWhatIsTooLargeToRead) {
-  EXPECT_TRUE(writeBinary(std::string(kMaximumFileBytes - 1000, 'x')).ok());
-  EXPECT_FALSE(writeBinary(std::string(kMaximumFileBytes, 'x')).ok());
-}
-
 }  // namespace
 }  // namespace veltrix::plist

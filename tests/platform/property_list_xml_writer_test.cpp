@@ -69,51 +69,5 @@ TEST(PropertyListXmlWriter, RefusesWhatXmlCannotHold) {
   EXPECT_FALSE(writeXml(array).ok());
 }
 
-Value nested(std::size_t levels) {
-  Value value = Array::create();
-  for (std::size_t i = 1; i < levels; ++i) {
-    Array array = Array::create();
-    array.append(value);
-    value = array;
-  }
-  return value;
-}
-
-TEST(PropertyListXmlWriter, WritesWhatCanBeReadAndNoDeeper) {
-  const Result<std::string> deepest = writeXml(nested(kMaximumNesting));
-  ASSERT_TRUE(deepest.ok());
-  EXPECT_TRUE(read(deepest.value()).ok());
-  EXPECT_FALSE(writeXml(nested(kMaximumNesting + 1)).ok());
-}
-
-TEST(PropertyListXmlWriter, SurvivesContainersThatHoldThemselves) {
-  Dictionary root = Dictionary::create();
-  root.set("a", root);
-  root.set("b", root);
-  EXPECT_FALSE(writeXml(root).ok());
-  root.clear();
-  Array array = Array::create();
-  array.append(array);
-  array.append(array);
-  EXPECT_FALSE(writeXml(array).ok());
-  array.mutableItems()->clear();
-}
-
-TEST(PropertyListXmlWriter, LimitsWhatSharedContainersUnfoldTo) {
-  Value value("core");
-  for (int i = 0; i < 40; ++i) {
-    Array pair = Array::create();
-    pair.append(value);
-    pair.append(value);
-    value = pair;
-  }
-  EXPECT_FALSE(writeXml(value).ok());
-}
-
-TEST(PropertyListXmlWriter, RefusesToWriteWhatIsTooLargeToRead) {
-  EXPECT_TRUE(writeXml(std::string(kMaximumFileBytes - 1000, 'x')).ok());
-  EXPECT_FALSE(writeXml(std::string(kMaximumFileBytes, 'x')).ok());
-}
-
 }  // namespace
 }  // namespace veltrix::plist
