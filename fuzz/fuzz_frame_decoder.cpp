@@ -1,11 +1,9 @@
 #include <cstdlib>
 #include <iterator>
-#include <memory>
 
-#include "driver/driver_core.h"
 #include "driver/frame_decoder.h"
 #include "fuzz/byte_source.h"
-#include "tests/driver/driver_fakes.h"
+#include "tests/driver/core_on_fakes.h"
 
 // Events as a broken or hostile device could report them, in any order and at any time, and what becomes of
 // them behind the decoder: frames keep their rules, and once the helper is gone nothing is down any more.
@@ -125,24 +123,14 @@ void play(ByteSource& source, FakeLoop& loop, DriverCore& core, FakeTrackballSta
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   ByteSource source({reinterpret_cast<const char*>(data), size});
-  FakeLoop loop;
-  WatchedSink sink;
-  FakeModifiers modifiers;
-  FakeKeyPresses keyPresses;
-  FakeChannel channel;
-  FakeTrackballState state;
-  DriverCore core(loop, sink, modifiers, keyPresses);
-  core.setChannel(&channel);
-  core.helperArrived();
-  core.attach(std::make_unique<FakeTrackball>(state, kSomeTrackball));
-  auto packet = makePacket<ApplyPacket>();
-  packet.device = kSomeTrackball;
-  packet.record = recordOf(source);
-  packet.scroll = {source.byte(), source.byte(), source.byte(), source.byte(), source.byte()};
-  core.apply(packet);
-  core.monitor(true);
-  play(source, loop, core, state);
-  core.helperGone();
-  require(!sink.anythingDown() && core.deadline() == kNever);
+  CoreOnFakes<WatchedSink, FakeChannel> driver;
+  driver.plug(driver.ball);
+  const DriverRecord record = recordOf(source);
+  const ScrollParameters scroll{source.byte(), source.byte(), source.byte(), source.byte(), source.byte()};
+  driver.apply(record, kSomeTrackball, scroll);
+  driver.core.monitor(true);
+  play(source, driver.loop, driver.core, driver.ball);
+  driver.core.helperGone();
+  require(!driver.sink.anythingDown() && driver.core.deadline() == kNever);
   return 0;
 }

@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <memory>
 #include <vector>
 
-#include "driver/driver_core.h"
-#include "tests/driver/driver_fakes.h"
+#include "tests/driver/core_on_fakes.h"
 
 namespace veltrix {
 
@@ -22,25 +20,9 @@ inline TypeKeysPacket typingOf(std::uint32_t id) {
   return packet;
 }
 
-// A driver with a helper, two trackballs that can be plugged in, and no kernel.
-class DriverCoreTest : public testing::Test {
+// A driver with two trackballs, and what its helper heard of them.
+class DriverCoreTest : public testing::Test, protected CoreOnFakes<FakeSink, FakeChannel> {
  protected:
-  DriverCoreTest() {
-    core.setChannel(&channel);
-    core.helperArrived();
-  }
-
-  std::uint32_t plug(FakeTrackballState& state, const DeviceAddress& address = kSomeTrackball) {
-    return core.attach(std::make_unique<FakeTrackball>(state, address));
-  }
-
-  void apply(const DriverRecord& record = someRecord(), const DeviceAddress& address = kSomeTrackball) {
-    auto packet = makePacket<ApplyPacket>();
-    packet.device = address;
-    packet.record = record;
-    core.apply(packet);
-  }
-
   void withdraw(const DeviceAddress& address = kSomeTrackball) {
     auto packet = makePacket<WithdrawPacket>();
     packet.device = address;
@@ -61,14 +43,7 @@ class DriverCoreTest : public testing::Test {
     return result;
   }
 
-  FakeLoop loop;
-  FakeSink sink;
-  FakeModifiers modifiers;
-  FakeKeyPresses keyPresses;
-  FakeChannel channel;
-  FakeTrackballState ball;
   FakeTrackballState other;
-  DriverCore core{loop, sink, modifiers, keyPresses};
 };
 
 }  // namespace veltrix

@@ -4,12 +4,10 @@
 #include <linux/input.h>
 
 #include <array>
-#include <memory>
 
-#include "driver/driver_core.h"
 #include "driver/frame_decoder.h"
 #include "driver/group_writer.h"
-#include "tests/driver/driver_fakes.h"
+#include "tests/driver/core_on_fakes.h"
 #include "tests/support/counted_allocations.h"
 #include "util/file_descriptor.h"
 
@@ -52,23 +50,12 @@ input_event eventOf(int step, std::uint16_t type, std::uint16_t code, std::int32
 }
 
 TEST(EventPathAllocation, EventsPassWithoutAllocating) {
-  FakeLoop loop;
-  NullSink sink;
-  FakeModifiers modifiers;
-  FakeKeyPresses keyPresses;
-  NullChannel channel;
-  FakeTrackballState ball;
+  CoreOnFakes<NullSink, NullChannel> driver;
   FrameDecoder decoder;
-  DriverCore core(loop, sink, modifiers, keyPresses);
-  core.setChannel(&channel);
-  core.helperArrived();
-  core.attach(std::make_unique<FakeTrackball>(ball, kSomeTrackball));
-  auto packet = makePacket<ApplyPacket>();
-  packet.device = kSomeTrackball;
-  packet.record = someRecord();
-  core.apply(packet);
-  core.monitor(true);
-  ASSERT_TRUE(ball.grabbed);
+  driver.plug(driver.ball);
+  driver.apply();
+  driver.core.monitor(true);
+  ASSERT_TRUE(driver.ball.grabbed);
 
   const std::size_t before = test::countedAllocations();
   for (int step = 0; step < 50'000; ++step) {
@@ -78,16 +65,16 @@ TEST(EventPathAllocation, EventsPassWithoutAllocating) {
           eventOf(step, EV_REL, REL_WHEEL, step % 11 == 0 ? 1 : 0),
           eventOf(step, EV_KEY, button, step % 2 == 0 ? 1 : 0), eventOf(step, EV_SYN, SYN_REPORT, 0)}) {
       if (decoder.add(event) == FrameDecoder::Outcome::kFrame)
-        ball.listener->frameCame(decoder.frame());
+        driver.ball.listener->frameCame(decoder.frame());
     }
-    loop.time = decoder.frame().time;
-    core.modifiersChanged(step % 100 == 0 ? kHeldShift : 0);
-    core.lampsChanged(step % 100 == 0 ? kCapsLockLamp : 0);
-    core.expire(loop.time);
+    driver.loop.time = decoder.frame().time;
+    driver.core.modifiersChanged(step % 100 == 0 ? kHeldShift : 0);
+    driver.core.lampsChanged(step % 100 == 0 ? kCapsLockLamp : 0);
+    driver.core.expire(driver.loop.time);
   }
   EXPECT_EQ(test::countedAllocations(), before);
-  EXPECT_GT(sink.events, 100'000U);
-  EXPECT_GT(channel.packets, 40'000U);
+  EXPECT_GT(driver.sink.events, 100'000U);
+  EXPECT_GT(driver.channel.packets, 40'000U);
 }
 
 }  // namespace
