@@ -13,7 +13,6 @@ using testing::documentOf;
 using ::testing::EndsWith;
 using testing::entryOf;
 using ::testing::HasSubstr;
-using testing::readFile;
 using testing::readPlist;
 using ::testing::StartsWith;
 using testing::writeFile;
@@ -48,12 +47,7 @@ class CtlButton : public testing::CtlTest {
   }
 
   plist::Dictionary actionOnDisk(const std::string& button, std::size_t entry = 0) {
-    return readPlist(fSettings)
-        .arrayFor("devices")
-        .at(entry)
-        .asDictionary()
-        .dictionaryFor("buttons")
-        .dictionaryFor(button);
+    return entryIn(readPlist(fSettings), entry).dictionaryFor("buttons").dictionaryFor(button);
   }
 
   // Gives button 3 an action by words and compares all of it.
@@ -69,9 +63,7 @@ class CtlButton : public testing::CtlTest {
   }
 
   void expectRefusal(const Words& words, int exitCode, const std::string& reason) {
-    const auto before = readFile(fSettings);
-    expect(words, exitCode, "", AllOf(StartsWith("veltrixctl: "), HasSubstr(reason)));
-    EXPECT_EQ(readFile(fSettings), before);
+    expectUnchanged(words, exitCode, AllOf(StartsWith("veltrixctl: "), HasSubstr(reason)));
   }
 };
 

@@ -11,7 +11,6 @@ using testing::arrayOf;
 using testing::dictionaryOf;
 using testing::documentOf;
 using ::testing::EndsWith;
-using testing::entryOf;
 using ::testing::HasSubstr;
 using testing::readFile;
 using testing::readPlist;
@@ -21,36 +20,23 @@ using testing::writePlist;
 
 class CtlSettings : public testing::CtlTest {
  protected:
-  static plist::Dictionary entry(int product, int speed, int versionMin = 0, int versionMax = 0) {
-    auto entry = entryOf(0xA1D0, product, versionMin, versionMax);
-    entry.set("options", dictionaryOf({{"speed", speed}, {"accelerate", true}, {"acceleration", 1.5}}));
-    entry.set("buttons", dictionaryOf({{"00", testing::clickOf(1, 0)}}));
-    return entry;
-  }
-
   // One entry of a kind, two of another.
   void writeSettings() {
-    auto document =
-        documentOf({entry(0x1020, 100), entry(0x2041, 200, 0x0107), entry(0x2041, 300, 0x0100, 0x0106)});
+    auto document = documentOf({entryOfSpeed(0x1020, 100), entryOfSpeed(0x2041, 200, 0x0107),
+                                entryOfSpeed(0x2041, 300, 0x0100, 0x0106)});
     document.set("snippets", arrayOf({dictionaryOf({{"name", "Łódź"}, {"text", "a\nb"}})}));
     writePlist(fSettings, document);
   }
 
   int speedOnDisk(std::size_t index) {
-    return readPlist(fSettings)
-        .arrayFor("devices")
-        .at(index)
-        .asDictionary()
-        .dictionaryFor("options")
-        .int32For("speed");
+    return entryIn(readPlist(fSettings), index).dictionaryFor("options").int32For("speed");
   }
 
   // A command that must leave the file as it is.
   void expectRefusal(const std::vector<std::string>& arguments, int exitCode, const std::string& reason) {
-    const auto before = readFile(fSettings);
-    expect(arguments, exitCode, "",
-           AllOf(StartsWith("veltrixctl: "), HasSubstr(reason), EndsWith("; nothing was changed\n")));
-    EXPECT_EQ(readFile(fSettings), before);
+    expectUnchanged(
+        arguments, exitCode,
+        AllOf(StartsWith("veltrixctl: "), HasSubstr(reason), EndsWith("; nothing was changed\n")));
   }
 };
 
@@ -119,7 +105,7 @@ TEST_F(CtlSettings, ReadingDoesNotCreateAFile) {
 }
 
 TEST_F(CtlSettings, ShowPrintsEveryValueAndAHeadingForEachEntry) {
-  writePlist(fSettings, documentOf({entry(0x1020, 100)}));
+  writePlist(fSettings, documentOf({entryOfSpeed(0x1020, 100)}));
   expectDone({"settings", "show"},
              "version = 2\n"
              "# devices/0: Crest Pointer™ (1020, every version)\n"
@@ -138,7 +124,7 @@ TEST_F(CtlSettings, ShowPrintsEveryValueAndAHeadingForEachEntry) {
 
 TEST_F(CtlSettings, ShowTakesAFileAndPrintsJson) {
   const auto path = fFolder / "other.plist";
-  writePlist(path, documentOf({entry(0x1020, 100)}));
+  writePlist(path, documentOf({entryOfSpeed(0x1020, 100)}));
   const auto document = json({"settings", "show", path, "--json"});
   EXPECT_EQ(document["version"], 2);
   EXPECT_EQ(document["devices"][0]["options"]["speed"], 100);
@@ -152,7 +138,7 @@ TEST_F(CtlSettings, CheckFindsNothingInTheFactorySettings) {
 }
 
 TEST_F(CtlSettings, CheckListsEachProblemWithItsPlace) {
-  auto bad = entry(0x1020, 79);
+  auto bad = entryOfSpeed(0x1020, 79);
   bad.set("buttons", dictionaryOf({{"7", testing::actionOf(1)}}));
   writePlist(fSettings, documentOf({bad}));
   expect({"settings", "check"}, 1,
@@ -237,7 +223,7 @@ TEST_F(CtlSettings, SetRefusesKeysThatAreNoSettings) {
 }
 
 TEST_F(CtlSettings, SetMendsAValueOfTheWrongType) {
-  auto bad = entry(0x1020, 100);
+  auto bad = entryOfSpeed(0x1020, 100);
   bad.dictionaryFor("options").set("speed", "fast");
   writePlist(fSettings, documentOf({bad}));
   expectDone({"settings", "set", "devices/0/options/speed", "400"}, "");
@@ -284,7 +270,7 @@ TEST_F(CtlSettings, ResetRestoresOneDevice) {
 }
 
 TEST_F(CtlSettings, ResetSaysWhenThereIsNothingToRestore) {
-  writePlist(fSettings, documentOf({entry(0x7777, 100)}));
+  writePlist(fSettings, documentOf({entryOfSpeed(0x7777, 100)}));
   expectRefusal({"settings", "reset", "7777"}, 1, "the factory settings have no entry for devices/0");
   expectRefusal({"settings", "reset", "99"}, 1, "no entry for \"99\"");
 }

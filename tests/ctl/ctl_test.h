@@ -48,6 +48,26 @@ class CtlTest : public ::testing::Test {
     return parsed;
   }
 
+  // An entry of a model with a speed of its own and one button.
+  static plist::Dictionary entryOfSpeed(int product, int speed, int versionMin = 0, int versionMax = 0) {
+    auto entry = entryOf(0xA1D0, product, versionMin, versionMax);
+    entry.set("options", dictionaryOf({{"speed", speed}, {"accelerate", true}, {"acceleration", 1.5}}));
+    entry.set("buttons", dictionaryOf({{"00", clickOf(1, 0)}}));
+    return entry;
+  }
+
+  static plist::Dictionary entryIn(const plist::Dictionary& document, std::size_t index) {
+    return document.arrayFor("devices").at(index).asDictionary();
+  }
+
+  // A command that complains and leaves the user's file as it is.
+  void expectUnchanged(const std::vector<std::string>& arguments, int exitCode,
+                       const ::testing::Matcher<std::string>& errors) {
+    const auto before = readFile(fSettings);
+    expect(arguments, exitCode, "", errors);
+    EXPECT_EQ(readFile(fSettings), before);
+  }
+
   TemporaryFolder fFolder;
   std::string fHome = fFolder / "home";
   std::string fBusAddress = "unix:path=" + (fFolder / "no-bus");

@@ -10,7 +10,6 @@ using testing::arrayOf;
 using testing::dictionaryOf;
 using testing::documentOf;
 using ::testing::EndsWith;
-using testing::entryOf;
 using ::testing::HasSubstr;
 using testing::namesIn;
 using testing::readFile;
@@ -20,21 +19,14 @@ using testing::writePlist;
 
 class CtlTransfer : public testing::CtlTest {
  protected:
-  static plist::Dictionary entry(int speed) {
-    auto entry = entryOf(0xA1D0, 0x1020);
-    entry.set("options", dictionaryOf({{"speed", speed}, {"accelerate", true}, {"acceleration", 1.5}}));
-    entry.set("buttons", dictionaryOf({{"00", testing::clickOf(1, 0)}}));
-    return entry;
-  }
-
   static plist::Dictionary document(int speed) {
-    auto document = documentOf({entry(speed)});
+    auto document = documentOf({entryOfSpeed(0x1020, speed)});
     document.set("snippets", arrayOf());
     return document;
   }
 
   static int speedIn(const plist::Dictionary& document) {
-    return document.arrayFor("devices").at(0).asDictionary().dictionaryFor("options").int32For("speed");
+    return entryIn(document, 0).dictionaryFor("options").int32For("speed");
   }
 
   std::set<std::string> filesBesideSettings() const {
@@ -46,9 +38,7 @@ class CtlTransfer : public testing::CtlTest {
 
   // An import that must leave everything as it is.
   void expectRefusal(int exitCode, const ::testing::Matcher<std::string>& errors) {
-    const auto before = readFile(fSettings);
-    expect({"settings", "import", fOther}, exitCode, "", errors);
-    EXPECT_EQ(readFile(fSettings), before);
+    expectUnchanged({"settings", "import", fOther}, exitCode, errors);
     EXPECT_EQ(filesBesideSettings().size(), 1U);
   }
 
