@@ -18,6 +18,7 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "tests/support"))
 import driver_figures  # noqa: E402
+import processes  # noqa: E402
 from desktop import Desktop, isolate, wait_until  # noqa: E402
 
 SIMULATED = "A1D0:2041:0107,A1D0:1020:0100,A1D0:8002:0203"
@@ -38,16 +39,22 @@ class Table:
             print("| " + " | ".join(cell.ljust(width) for cell, width in zip(row, widths)) + " |")
 
 
+def output_of(desktop, program, *arguments, **options):
+    """What a program has measured."""
+    done = desktop.run([program, *arguments], **options)
+    if done.returncode != 0:
+        sys.exit(f"bench: {pathlib.Path(program).name}: {done.stderr}")
+    return done.stdout
+
+
 def micro_entries(desktop, name):
     """Medians of a Google Benchmark program with their counters, by benchmark; times in nanoseconds."""
-    done = desktop.run(
-        [desktop.build / "bench" / name, "--benchmark_format=json", "--benchmark_repetitions=9",
-         "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.1"], cwd=desktop.build)
-    if done.returncode != 0:
-        sys.exit(f"bench: {name}: {done.stderr}")
+    output = output_of(
+        desktop, desktop.build / "bench" / name, "--benchmark_format=json", "--benchmark_repetitions=9",
+        "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.1", cwd=desktop.build)
     unit = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
     medians = {}
-    for entry in json.loads(done.stdout)["benchmarks"]:
+    for entry in json.loads(output)["benchmarks"]:
         if entry.get("error_occurred"):
             sys.exit(f"bench: {entry['name']}: {entry['error_message']}")
         if entry["aggregate_name"] == "median":
@@ -101,10 +108,7 @@ def menu_figures(table, desktop):
 
 
 def first_paint(desktop, program):
-    done = desktop.run([desktop.build / "bench/first_paint", program])
-    if done.returncode != 0:
-        sys.exit(f"bench: {program}: {done.stderr}")
-    milliseconds, pss = done.stdout.split()
+    milliseconds, pss = output_of(desktop, desktop.build / "bench/first_paint", program).split()
     return float(milliseconds), int(pss) / 1024
 
 
@@ -124,40 +128,20 @@ def window_figures(table, desktop, rounds):
 
 
 def editor_figures(table, desktop):
-    done = desktop.run([desktop.build / "bench/editor_bench"])
-    if done.returncode != 0:
-        sys.exit(f"bench: editor_bench: {done.stderr}")
-    first, again = done.stdout.split()
+    first, again = output_of(desktop, desktop.build / "bench/editor_bench").split()
     table.add("action editor, first opening to first paint", f"{float(first):.1f} ms", "< 50 ms")
     table.add("action editor, later openings", f"{float(again):.1f} ms", "< 50 ms")
 
 
-def switches(pid):
-    total = 0
-    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
-        for line in (task / "status").read_text().splitlines():
-            if "ctxt_switches" in line:
-                total += int(line.split()[1])
-    return total
-
-
-def mebibytes(pid):
-    """Memory of a process, what it shares with others counted in parts."""
-    for line in pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines():
-        if line.startswith("Pss:"):
-            return int(line.split()[1]) / 1024
-    sys.exit(f"bench: process {pid} has no memory")
-
-
 def wakeups_a_second(pid, seconds=5):
-    before = switches(pid)
+    before = processes.wakeups(pid)
     time.sleep(seconds)
-    return (switches(pid) - before) / seconds
+    return (processes.wakeups(pid) - before) / seconds
 
 
 def helper_figures(table, process):
     wakeups = wakeups_a_second(process.pid)
-    table.add("helper, memory (PSS)", f"{mebibytes(process.pid):.2f} MiB", "< 6 MiB")
+    table.add("helper, memory (PSS)", f"{processes.memory(process.pid) / 1024:.2f} MiB", "< 6 MiB")
     table.add("helper, wake-ups a second with no pane open", f"{wakeups:.1f}", "0")
 
 
@@ -169,8 +153,8 @@ def jump_figures(table, build):
         wait_until(lambda: desktop.status()["JumpState"] == "listening", "jumping to be ready")
         (pid,) = pathlib.Path(f"/proc/{helper.pid}/task/{helper.pid}/children").read_text().split()
         wakeups = wakeups_a_second(pid)
-        table.add("veltrix-jump, memory (PSS)", f"{mebibytes(pid):.2f} MiB")
-        table.add("helper beside it, memory (PSS)", f"{mebibytes(helper.pid):.2f} MiB", "< 6 MiB")
+        table.add("veltrix-jump, memory (PSS)", f"{processes.memory(pid) / 1024:.2f} MiB")
+        table.add("helper beside it, memory (PSS)", f"{processes.memory(helper.pid) / 1024:.2f} MiB", "< 6 MiB")
         table.add("veltrix-jump, wake-ups a second with no dialog", f"{wakeups:.1f}", "0")
 
 

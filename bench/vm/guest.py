@@ -13,12 +13,13 @@ import tempfile
 import time
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(SOURCE / "tests/vm/guest"))
+sys.path[:0] = [str(SOURCE / "tests/vm/guest"), str(SOURCE / "bench")]
 import driver  # noqa: E402
 import entries  # noqa: E402
 import evdev  # noqa: E402
 import link  # noqa: E402
 import main as machine  # noqa: E402
+import processes  # noqa: E402
 import seat  # noqa: E402
 import uhid  # noqa: E402
 from waiting import wait_until  # noqa: E402
@@ -173,28 +174,12 @@ def measure(ball, subject):
     return result
 
 
-def memory(pid):
-    for line in pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text().splitlines():
-        if line.startswith("Pss:"):
-            return int(line.split()[1])
-    raise AssertionError("the kernel does not tell the memory of a process")
-
-
-def wakeups(pid):
-    total = 0
-    for task in pathlib.Path(f"/proc/{pid}/task").iterdir():
-        for line in (task / "status").read_text().splitlines():
-            if "ctxt_switches" in line:
-                total += int(line.split()[1])
-    return total
-
-
 def idle_figures(subject):
     """Memory in KiB, and how often it woke up."""
     pid = subject.pids[0]
-    before = wakeups(pid)
+    before = processes.wakeups(pid)
     time.sleep(IDLE_SECONDS)
-    return {"memory": memory(pid), "wakeups": wakeups(pid) - before, "seconds": IDLE_SECONDS}
+    return {"memory": processes.memory(pid), "wakeups": processes.wakeups(pid) - before, "seconds": IDLE_SECONDS}
 
 
 def main(build, rounds, *packages):
