@@ -13,7 +13,7 @@ import tempfile
 import time
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(SOURCE / "tests/vm/guest"), str(SOURCE / "bench")]
+sys.path[:0] = [str(SOURCE / folder) for folder in ("tests/vm/guest", "tests/support", "bench")]
 import driver  # noqa: E402
 import entries  # noqa: E402
 import evdev  # noqa: E402

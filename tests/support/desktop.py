@@ -11,22 +11,16 @@ import signal
 import subprocess
 import sys
 import tempfile
-import time
+
+import waiting
 
 WAIT_SECONDS = float(os.environ.get("VELTRIX_WAIT_SECONDS", "20"))  # more on a slow machine
 SETTINGS_FILE = "Library/Preferences/com.aldmoor.veltrix.settings.plist"
 
 
 def wait_until(condition, what, seconds=WAIT_SECONDS):
-    """Calls `condition` until it yields something true, and returns that; fails with `what` after `seconds`."""
-    end = time.monotonic() + seconds
-    while True:
-        result = condition()
-        if result:
-            return result
-        if time.monotonic() > end:
-            raise AssertionError(f"waited {seconds} s in vain for {what}")
-        time.sleep(0.02)
+    """As waiting.wait_until, at the pace of what windows do."""
+    return waiting.wait_until(condition, what, seconds, pause=0.02)
 
 
 def isolate():

@@ -13,7 +13,7 @@ import unittest
 NEEDED_RULES = ("50-udev-default.rules", "60-input-id.rules")
 DRIVER_LOG = pathlib.Path("/tmp/driver.log")
 SOURCE = pathlib.Path(__file__).resolve().parents[3]
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+sys.path[:0] = [str(SOURCE / "tests/vm/guest"), str(SOURCE / "tests/support")]
 
 
 def prepare():

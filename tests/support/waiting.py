@@ -2,8 +2,9 @@
 import time
 
 
-def wait_until(condition, what, seconds=10):
-    """Calls `condition` until it yields something true, and returns that; fails with `what` after `seconds`."""
+def wait_until(condition, what, seconds=10, pause=0.005):
+    """Calls `condition` until it yields something true, and returns that; fails with `what` after `seconds`. Between two
+    calls it pauses for so many seconds."""
     end = time.monotonic() + seconds
     while True:
         result = condition()
@@ -11,4 +12,4 @@ def wait_until(condition, what, seconds=10):
             return result
         if time.monotonic() > end:
             raise AssertionError(f"waited {seconds} s in vain for {what}")
-        time.sleep(0.005)
+        time.sleep(pause)
