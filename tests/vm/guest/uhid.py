@@ -90,10 +90,10 @@ def trackball_descriptor(buttons, hi_res):
             bytes.fromhex("050C 0A3802 1581 257F 7508 9501 8106 C0 C0"))
 
 
-class Trackball(Device):
-    def __init__(self, product=0x2041, version=0x0107, buttons=8, hi_res=False, vendor=VENDOR, name="Test Trackball"):
-        self._held = 0
-        super().__init__(name, trackball_descriptor(buttons, hi_res), vendor, product, version)
+class Hand:
+    """What a hand does with a trackball, as the reports of trackball_descriptor(); a class beside it sends them."""
+
+    _held = 0
 
     def report(self, x=0, y=0, wheel=0, tilt=0):
         self.send(struct.pack("=Hhhbb", self._held, x, y, wheel, tilt))
@@ -107,6 +107,11 @@ class Trackball(Device):
         for button in buttons:
             self._held &= ~(1 << button)
         self.report()
+
+
+class Trackball(Hand, Device):
+    def __init__(self, product=0x2041, version=0x0107, buttons=8, hi_res=False, vendor=VENDOR, name="Test Trackball"):
+        super().__init__(name, trackball_descriptor(buttons, hi_res), vendor, product, version)
 
 
 KEYBOARD = bytes.fromhex("0501 0906 A101 0507 19E0 29E7 1500 2501 7501 9508 8102 7508 9501 8103"

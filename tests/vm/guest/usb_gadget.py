@@ -1,7 +1,6 @@
 """A trackball on a USB bus that exists in software only: a true bcdDevice, a true plug and unplug."""
 import os
 import pathlib
-import struct
 import subprocess
 
 import evdev
@@ -22,7 +21,7 @@ def load_modules():
         subprocess.run(["mount", "-t", "configfs", "none", "/sys/kernel/config"], check=True)
 
 
-class GadgetTrackball:
+class GadgetTrackball(uhid.Hand):
     """There can be one in a machine, which stays; plug() and unplug() are of its cable."""
 
     def __init__(self, product, bcd_device, buttons=8):
@@ -42,23 +41,12 @@ class GadgetTrackball:
         (GADGET / "UDC").write_text("dummy_udc.0")
         self.node = self._wait()
         self._reports = os.open("/dev/hidg0", os.O_RDWR)
-        self._held = 0
 
     def _wait(self):
         return wait_until(lambda: evdev.settled_node(NAME), "the trackball on the USB bus")
 
-    def report(self, x=0, y=0, wheel=0, tilt=0):
-        os.write(self._reports, struct.pack("=Hhhbb", self._held, x, y, wheel, tilt))
-
-    def press(self, *buttons):
-        for button in buttons:
-            self._held |= 1 << button
-        self.report()
-
-    def release(self, *buttons):
-        for button in buttons:
-            self._held &= ~(1 << button)
-        self.report()
+    def send(self, report):
+        os.write(self._reports, report)
 
     # Taking the gadget off its controller corrupts lists of the simulated bus; this is the way that does not.
     def unplug(self):
