@@ -16,13 +16,13 @@ import unittest
 
 sys.path[:0] = [str(pathlib.Path(__file__).resolve().parent), str(pathlib.Path(__file__).resolve().parent.parent / "support")]
 from desktop import Desktop, wait_until  # noqa: E402
-from probe import Probe  # noqa: E402
+from probe import Probe, Typing  # noqa: E402
 
 BUILD = ""
 NOBODY = 65534
 
 
-class Compositor:
+class Compositor(Typing):
     """What the tests of both compositors share. `first_grab` is what comes of the field's first focus."""
 
     first_grab = ""
@@ -36,7 +36,7 @@ class Compositor:
 
     @classmethod
     def compositor_window(cls):
-#There is no other window, and without a window manager not every compositor's has a title.
+        # There is no other window, and without a window manager not every compositor's has a title.
         found = re.search(r"^ +(0x[0-9a-f]+) ", cls.desktop.run(["xwininfo", "-root", "-children"]).stdout, re.MULTILINE)
         return found[1] if found else None
 
@@ -50,10 +50,6 @@ class Compositor:
         self.addCleanup(self.probe.kill)
         self.probe.wait_for("window active", self.first_grab)
 
-    def key(self, *keys):
-        done = self.desktop.run(["xdotool", "key", "--delay", "0", *keys])
-        self.assertEqual(done.returncode, 0, done.stderr)
-
     def test_keys_that_a_window_would_act_on_are_recorded(self):
         self.key("ctrl+q", "Tab", "shift+Tab", "Escape", "Return", "Menu", "super+z")
         read = self.probe.wait_for("key 12 0x1000 17", "key 48 0x0000 9", "key 48 0x0200 0", "key 53 0x0000 27",
@@ -62,11 +58,7 @@ class Compositor:
         self.assertNotIn("closed", read)
 
     def test_caps_lock_alone_and_with_shift(self):
-        self.key("Caps_Lock", "w")
-        self.addCleanup(self.key, "Caps_Lock")
-        self.probe.wait_for("key 13 0x0400 87")
-        self.key("shift+w")
-        self.probe.wait_for("key 13 0x0600 119")
+        self.expect_caps_lock_alone_and_with_shift()
 
     def test_two_taps_of_shift_lead_on(self):
         self.key("Shift_L", "Shift_L")
@@ -91,7 +83,7 @@ class KeystrokeSwayTest(Compositor, unittest.TestCase):
 
     @classmethod
     def start_compositor(cls):
-#It does not run as root, so then it gets a user and a folder of its own; those of the desktop stay closed.
+        # It does not run as root, so then it gets a user and a folder of its own; those of the desktop stay closed.
         as_user = []
         cls.folder = cls.desktop.home
         if os.getuid() == 0:

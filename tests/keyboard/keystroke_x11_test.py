@@ -10,7 +10,7 @@ import unittest
 
 sys.path[:0] = [str(pathlib.Path(__file__).resolve().parent), str(pathlib.Path(__file__).resolve().parent.parent / "support")]
 from desktop import Desktop, wait_until  # noqa: E402
-from probe import Probe  # noqa: E402
+from probe import Probe, Typing  # noqa: E402
 
 BUILD = ""
 
@@ -23,7 +23,7 @@ KEYS = {"W-e": note("meta-e"), "W-Tab": note("meta-tab"), "A-Tab": note("alt-tab
         "A-F4": '<action name="Close"/>', "Print": note("print")}
 
 
-class KeystrokeX11Test(unittest.TestCase):
+class KeystrokeX11Test(Typing, unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.desktop = cls.enterClassContext(Desktop(
@@ -35,14 +35,6 @@ class KeystrokeX11Test(unittest.TestCase):
         self.probe = Probe(self.desktop)
         self.probe.wait_for("grab held")
         self.addCleanup(self.probe.kill)
-
-    def xdotool(self, *words):
-        done = self.desktop.run(["xdotool", *words])
-        self.assertEqual(done.returncode, 0, done.stderr)
-        return done.stdout
-
-    def key(self, *keys):
-        self.xdotool("key", "--delay", "0", *keys)
 
     def layout(self, name):
         self.desktop.run(["setxkbmap", name])
@@ -91,11 +83,7 @@ class KeystrokeX11Test(unittest.TestCase):
         self.assertEqual(len([line for line in self.probe.seen if line.startswith("key 12 ")]), 2)
 
     def test_caps_lock_alone_and_with_shift(self):
-        self.key("Caps_Lock", "w")
-        self.addCleanup(self.key, "Caps_Lock")
-        self.probe.wait_for("key 13 0x0400 87")
-        self.key("shift+w")
-        self.probe.wait_for("key 13 0x0600 119")
+        self.expect_caps_lock_alone_and_with_shift()
 
     def test_a_dead_key_is_recorded_without_a_character(self):
         self.layout("de")
@@ -149,7 +137,7 @@ class KeystrokeX11Test(unittest.TestCase):
         self.probe.wait_for("grab none", "window inactive")
         self.expect_desktop_keys()
         self.probe.tell("show")
-#The window manager leaves a window that comes back behind until somebody asks for it.
+        # The window manager leaves a window that comes back behind until somebody asks for it.
         self.xdotool("search", "--sync", "--onlyvisible", "--name", "Keystroke probe", "windowactivate")
         self.probe.wait_for("grab held")
 

@@ -59,3 +59,22 @@ class Probe:
     def focus_plain(self):
         self.tell("plain")
         self.wait_for("grab none")
+
+
+class Typing:
+    """For a test case with a desktop and a probe: types into it."""
+
+    def xdotool(self, *words):
+        done = self.desktop.run(["xdotool", *words])
+        self.assertEqual(done.returncode, 0, done.stderr)
+        return done.stdout
+
+    def key(self, *keys):
+        self.xdotool("key", "--delay", "0", *keys)
+
+    def expect_caps_lock_alone_and_with_shift(self):
+        self.key("Caps_Lock", "w")
+        self.addCleanup(self.key, "Caps_Lock")
+        self.probe.wait_for("key 13 0x0400 87")
+        self.key("shift+w")
+        self.probe.wait_for("key 13 0x0600 119")
