@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <variant>
 
@@ -20,6 +21,13 @@ struct KeyStroke {
   std::uint32_t keysym = 0;  // as xkbcommon-keysyms.h has them, a letter in its small form
 
   friend bool operator==(const KeyStroke& a, const KeyStroke& b) = default;
+};
+
+inline constexpr std::size_t kMostStrokes = 4;
+
+// Keys one after the other, for what a desktop has no single shortcut for. Nothing stays down.
+struct KeySeries {
+  std::array<KeyStroke, kMostStrokes> strokes;  // up to the first without a keysym
 };
 
 // What is asked of the window manager by the protocols that all of them share under X, or of the X server.
@@ -89,6 +97,12 @@ struct SettingAttempt {
   double most = 0;  // a moved number is kept between these, both included
 };
 
+// The keys that the user's settings give to something; fails where they give it none. Held with the button.
+struct ShortcutAttempt {
+  const char* schema;
+  const char* key;
+};
+
 // What is opened without a choice of the user's.
 enum class Place : std::uint8_t {
   kBrowser,
@@ -117,7 +131,8 @@ struct SnippetAttempt {
   std::uint8_t number;  // 1 to 10
 };
 
-using Attempt = std::variant<KeyStroke, DisplayAttempt, CompositorAttempt, BusAttempt, PlayerAttempt,
-                             ProgramAttempt, SettingAttempt, PlaceAttempt, ChosenAttempt, SnippetAttempt>;
+using Attempt = std::variant<KeyStroke, KeySeries, DisplayAttempt, CompositorAttempt, BusAttempt,
+                             PlayerAttempt, ProgramAttempt, SettingAttempt, PlaceAttempt, ChosenAttempt,
+                             SnippetAttempt, ShortcutAttempt>;
 
 }  // namespace veltrix

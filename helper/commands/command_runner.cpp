@@ -24,7 +24,10 @@ struct UnderWay {
   std::optional<Error> keysReason;  // why the first keys could not be pressed
   std::optional<Error> deedReason;  // why the first attempt of any other kind failed
 
-  bool isMakingKeys() const { return std::holds_alternative<KeyStroke>(*attempts[next - 1]); }
+  bool isMakingKeys() const {
+    const Attempt& attempt = *attempts[next - 1];
+    return std::holds_alternative<KeyStroke>(attempt) || std::holds_alternative<KeySeries>(attempt);
+  }
 };
 
 // Where keys only stand in for something better, what is wrong with that says more.
@@ -53,7 +56,8 @@ struct CommandRunner::State : std::enable_shared_from_this<CommandRunner::State>
   void press(const ButtonPacket& packet);
   void release(ButtonId button);
   void makeNextAttempt(CommandNumber number);
-  void make(const UnderWay& command, const Attempt& attempt, Ended ended);
+  void make(CommandNumber number, const UnderWay& command, const Attempt& attempt, Ended ended);
+  void pressShortcut(CommandNumber number, const Result<KeyStroke>& shortcut, const Ended& ended);
   void makeChosen(const CommandAction& action, ChosenThing thing, Ended ended);
   void attemptEnded(CommandNumber number, const Status& status);
 
@@ -124,7 +128,7 @@ void CommandRunner::State::makeNextAttempt(CommandNumber number) {
   const bool isTap = command.released && command.isMakingKeys();
   const ButtonId button = command.button;
   // By value, as the command may have ended when this comes back.
-  make(UnderWay(command), attempt, [weak = weak_from_this(), number](const Status& status) {
+  make(number, UnderWay(command), attempt, [weak = weak_from_this(), number](const Status& status) {
     if (const auto self = weak.lock())
       self->attemptEnded(number, status);
   });
@@ -132,13 +136,16 @@ void CommandRunner::State::makeNextAttempt(CommandNumber number) {
     session.keys.release(button);
 }
 
-void CommandRunner::State::make(const UnderWay& command, const Attempt& attempt, Ended ended) {
+void CommandRunner::State::make(CommandNumber number, const UnderWay& command, const Attempt& attempt,
+                                Ended ended) {
   struct Maker {
     State& state;
+    CommandNumber number;
     const UnderWay& command;
     Ended& ended;
 
     void operator()(const KeyStroke& it) const { state.session.keys.hold(command.button, it, ended); }
+    void operator()(const KeySeries& it) const { state.session.keys.typeSeries(command.button, it, ended); }
     void operator()(const DisplayAttempt& it) const { state.session.display.operate(it, ended); }
     void operator()(const CompositorAttempt& it) const {
       state.session.display.tellCompositor(it.text, ended);
@@ -149,11 +156,31 @@ void CommandRunner::State::make(const UnderWay& command, const Attempt& attempt,
     void operator()(const SettingAttempt& it) const { state.session.launcher.change(it, ended); }
     void operator()(const PlaceAttempt& it) const { state.session.launcher.open(it.place, ended); }
     void operator()(const ChosenAttempt& it) const { state.makeChosen(command.action, it.thing, ended); }
+    void operator()(const ShortcutAttempt& it) const {
+      state.session.launcher.readShortcut(
+          it, [weak = state.weak_from_this(), on = number, told = ended](const Result<KeyStroke>& shortcut) {
+            if (const auto self = weak.lock())
+              self->pressShortcut(on, shortcut, told);
+          });
+    }
     void operator()(const SnippetAttempt& it) const {
       state.session.keys.type(command.button, state.settings.snippet(it.number), ended);
     }
   };
-  std::visit(Maker{*this, command, ended}, attempt);
+  std::visit(Maker{*this, number, command, ended}, attempt);
+}
+
+// The button may have come up while the settings were read.
+void CommandRunner::State::pressShortcut(CommandNumber number, const Result<KeyStroke>& shortcut,
+                                         const Ended& ended) {
+  const auto found = underWay.find(number);
+  if (found == underWay.end() || !shortcut)
+    return ended(shortcut ? Status(Done{}) : shortcut.error());
+  const ButtonId button = found->second.button;
+  const bool isTap = found->second.released;
+  session.keys.hold(button, shortcut.value(), ended);
+  if (isTap)
+    session.keys.release(button);
 }
 
 void CommandRunner::State::makeChosen(const CommandAction& action, ChosenThing thing, Ended ended) {

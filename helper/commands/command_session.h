@@ -13,6 +13,7 @@
 namespace veltrix {
 
 using Ended = std::function<void(const Status&)>;
+using ShortcutRead = std::function<void(const Result<KeyStroke>&)>;
 
 // A button, chord or wheel of one trackball.
 struct ButtonId {
@@ -32,6 +33,8 @@ class KeyOutput {
   // UTF-8. Ends when the last key is up, or with an error that says what could not be typed or that a key
   // stopped it. One text is typed at a time; a second one waits for the first.
   virtual void type(ButtonId button, std::string text, Ended ended) = 0;
+  // Presses these keys one after the other, which counts as a text.
+  virtual void typeSeries(ButtonId button, const KeySeries& series, Ended ended) = 0;
   // Stops the text that this button began. False when there is none.
   virtual bool stop(ButtonId button) = 0;
 };
@@ -55,6 +58,8 @@ class Launcher {
   virtual ~Launcher() = default;
   virtual void start(const ProgramAttempt& attempt, Ended ended) = 0;
   virtual void change(const SettingAttempt& attempt, Ended ended) = 0;
+  // Hands over the keys of a shortcut, or why there are none.
+  virtual void readShortcut(const ShortcutAttempt& attempt, ShortcutRead read) = 0;
   virtual void open(Place place, Ended ended) = 0;
   // A path, "~" and what follows it below the home folder.
   virtual void openItem(const std::string& path, Ended ended) = 0;

@@ -51,6 +51,11 @@ constexpr BusAttempt systemCall(const char* service, const char* path, const cha
   return attempt;
 }
 
+// For what GNOME's window manager does but has no keys for by itself.
+constexpr ShortcutAttempt gnomeShortcut(const char* key) {
+  return {"org.gnome.desktop.wm.keybindings", key};
+}
+
 // What a global shortcut of the window manager would do, whatever keys it has and whether it has any.
 constexpr BusAttempt kwin(const char* shortcut) {
   return sessionCall("org.kde.kglobalaccel", "/component/kwin", "org.kde.kglobalaccel.Component",

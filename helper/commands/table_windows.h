@@ -61,6 +61,8 @@ inline constexpr CommandRow kWindowRows[] = {
     // Keep Window on Top
     onX11(86, kAllButSway, DisplayAttempt{DisplayOperation::kToggleAbove}),
     on(86, kOnPlasma, kwin("Window Above Other Windows")),
+    on(86, kOnGnome, gnomeShortcut("always-on-top")),
+    on(86, kOnGnome, gnomeShortcut("toggle-above")),
     on(86, kOnXfce, keys(kHoldAlt, XKB_KEY_F12)),
     on(86, kOnSway, CompositorAttempt{"floating toggle"}),
 };

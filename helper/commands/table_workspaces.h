@@ -9,6 +9,16 @@ constexpr DisplayAttempt workspace(std::uint8_t number) {
   return {DisplayOperation::kWorkspace, number};
 }
 
+// GNOME has keys for its first workspace and for the next one, and none for a number. Where there are fewer
+// workspaces this ends at the last.
+constexpr KeySeries gnomeWorkspace(std::uint8_t number) {
+  KeySeries series{{keys(kHoldSuper, XKB_KEY_Home)}};
+  for (std::uint8_t i = 1; i < number; ++i) {
+    series.strokes[i] = keys(kHoldSuper, XKB_KEY_Page_Down);
+  }
+  return series;
+}
+
 inline constexpr CommandRow kWorkspaceRows[] = {
     // Previous Workspace
     onX11(90, kAllButSway, DisplayAttempt{DisplayOperation::kPreviousWorkspace}),
@@ -42,19 +52,22 @@ inline constexpr CommandRow kWorkspaceRows[] = {
     on(94, kOnGnome, keys(kHoldSuper, XKB_KEY_Home)),
     on(94, kOnXfce, keys(kHoldControl, XKB_KEY_F1)),
     on(94, kOnSway, CompositorAttempt{"workspace number 1"}),
-    // Workspace 2; GNOME has no keys for this one and the next ones
+    // Workspace 2
     onX11(95, kAllButSway, workspace(2)),
     on(95, kOnPlasma, kwin("Switch to Desktop 2")),
+    on(95, kOnGnome, gnomeWorkspace(2)),
     on(95, kOnXfce, keys(kHoldControl, XKB_KEY_F2)),
     on(95, kOnSway, CompositorAttempt{"workspace number 2"}),
     // Workspace 3
     onX11(96, kAllButSway, workspace(3)),
     on(96, kOnPlasma, kwin("Switch to Desktop 3")),
+    on(96, kOnGnome, gnomeWorkspace(3)),
     on(96, kOnXfce, keys(kHoldControl, XKB_KEY_F3)),
     on(96, kOnSway, CompositorAttempt{"workspace number 3"}),
     // Workspace 4
     onX11(97, kAllButSway, workspace(4)),
     on(97, kOnPlasma, kwin("Switch to Desktop 4")),
+    on(97, kOnGnome, gnomeWorkspace(4)),
     on(97, kOnXfce, keys(kHoldControl, XKB_KEY_F4)),
     on(97, kOnSway, CompositorAttempt{"workspace number 4"}),
     // Show Applications; Super+D is the menu of sway's own configuration, but of i3's only where its wizard
@@ -71,11 +84,12 @@ inline constexpr CommandRow kWorkspaceRows[] = {
     on(101, kAllButSway, keys(kHoldAlt, XKB_KEY_F2)),
     onX11(101, kOnSway, ProgramAttempt{{"dmenu_run"}}),
     on(101, kOnSway, keys(kHoldSuper, XKB_KEY_d)),
-    // Show Desktop
+    // Show Desktop; GNOME has keys for it only where somebody has given it some
     onX11(102, kAllButSway, DisplayAttempt{DisplayOperation::kToggleShowDesktop}),
     on(102, kOnPlasma, kwin("Show Desktop")),
     on(102, kOnXfce, keys(kHoldControl | kHoldAlt, XKB_KEY_d)),
-    on(102, kOnGnome | kOnOther, keys(kHoldSuper, XKB_KEY_d)),
+    on(102, kOnGnome, gnomeShortcut("show-desktop")),
+    on(102, kOnOther, keys(kHoldSuper, XKB_KEY_d)),
     // Show Notifications; elsewhere the list belongs to a panel that takes no orders
     on(103, kOnGnome, keys(kHoldSuper, XKB_KEY_v)),
     onWayland(103, kOnSwayAndOther, ProgramAttempt{{"swaync-client", "--toggle-panel"}}),

@@ -1,7 +1,6 @@
 #include "helper/desktop/desktop_settings.h"
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -12,6 +11,7 @@
 #include <utility>
 
 #include "helper/desktop/one_line.h"
+#include "helper/desktop/program_output.h"
 #include "util/file_descriptor.h"
 #include "util/phrase.h"
 #include "util/system_error.h"
@@ -21,17 +21,12 @@ namespace veltrix {
 namespace {
 
 constexpr const char* kProgram = "gsettings";
+constexpr std::size_t kLongestValue = 256;
 
 struct Change {
   SettingAttempt attempt;
   ProgramStarter::Exit ended;
 };
-
-std::string readFromStart(int file) {
-  std::array<char, 256> text = {};
-  const ssize_t count = pread(file, text.data(), text.size(), 0);
-  return {text.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
-}
 
 // Numbers of some types are printed with the type before them.
 std::string_view lastWord(std::string_view text) {
@@ -75,7 +70,7 @@ struct DesktopSettings::State : std::enable_shared_from_this<State> {
   }
 
   void takeValue() {
-    const std::string printed = readFromStart(output.get());
+    const std::string printed = textFromStart(output.get(), kLongestValue);
     const SettingAttempt& attempt = waiting.front().attempt;
     const std::optional<std::string> next = nextSettingValue(printed, attempt);
     if (!next) {

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "helper/desktop/item_path.h"
+#include "helper/desktop/printed_shortcut.h"
+#include "helper/desktop/setting_reader.h"
 #include "helper/desktop/url_check.h"
 #include "platform/user_paths.h"
 
@@ -29,6 +31,16 @@ void DesktopLauncher::start(const ProgramAttempt& attempt, Ended ended) {
 
 void DesktopLauncher::change(const SettingAttempt& attempt, Ended ended) {
   fSettings.change(attempt, std::move(ended));
+}
+
+void DesktopLauncher::readShortcut(const ShortcutAttempt& attempt, ShortcutRead read) {
+  readSetting(
+      fStarter, {"get", attempt.schema, attempt.key}, fSurroundings.settingGrace,
+      [read = std::move(read)](const Result<std::string>& printed) {
+        const auto stroke = printed ? shortcutIn(printed.value()) : std::nullopt;
+        const Error reason = printed ? Error{0, "the desktop has no keys for it", {}} : printed.error();
+        read(stroke ? Result<KeyStroke>(*stroke) : reason);
+      });
 }
 
 void DesktopLauncher::openItem(const std::string& path, Ended ended) {

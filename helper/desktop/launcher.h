@@ -38,6 +38,7 @@ class DesktopLauncher final : public Launcher {
 
   void start(const ProgramAttempt& attempt, Ended ended) override;
   void change(const SettingAttempt& attempt, Ended ended) override;
+  void readShortcut(const ShortcutAttempt& attempt, ShortcutRead read) override;
   void open(Place place, Ended ended) override;
   void openItem(const std::string& path, Ended ended) override;
   void launch(const std::string& identifier, const std::string& path, Ended ended) override;

@@ -19,4 +19,11 @@ FileDescriptor journalOutput(const std::string& identifier) {
   return output;
 }
 
+std::string textFromStart(int file, std::size_t most) {
+  std::string text(most, '\0');
+  const ssize_t count = pread(file, text.data(), text.size(), 0);
+  text.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+  return text;
+}
+
 }  // namespace veltrix

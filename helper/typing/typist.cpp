@@ -20,6 +20,8 @@ const Error kNoDriver{0, "the driver is not connected", std::nullopt};
 const Error kDriverGone{0, "the driver has gone", std::nullopt};
 const Error kNoAnswer{0, "the driver does not answer", std::nullopt};
 const Error kNoKeyboard{0, "the driver has no virtual keyboard", std::nullopt};
+const Error kNoLayout{0, "the keyboard layout is not known", std::nullopt};
+const Error kNoSuchKey{0, "no key of the keyboard layout produces it", std::nullopt};
 const Error kStoppedByKey{0, "a key of the keyboard stopped the typing", std::nullopt};
 
 // "the keyboard layout has no U+4E16 世, ..."
@@ -60,6 +62,11 @@ void Typist::release(ButtonId button) {
 
 void Typist::type(ButtonId button, std::string text, Ended ended) {
   fOrders.push_back({Order::Kind::kType, button, {}, std::move(text), std::move(ended)});
+  proceed();
+}
+
+void Typist::typeSeries(ButtonId button, const KeySeries& series, Ended ended) {
+  fOrders.push_back({Order::Kind::kType, button, {}, {}, std::move(ended), series});
   proceed();
 }
 
@@ -139,7 +146,7 @@ void Typist::begin(Order order) {
 void Typist::beginHold(const Order& order) {
   const auto press = fAround.planner.keysFor(order.stroke);
   if (!press)
-    return tell(order.ended, Error{0, "no key of the keyboard layout produces it", std::nullopt});
+    return tell(order.ended, kNoSuchKey);
   if (fHeld.size() >= kMostHoldingButtons)
     return tell(order.ended, Error{0, "too many buttons hold keys", std::nullopt});
   fHeld.push_back({order.button, *press});
@@ -164,14 +171,33 @@ void Typist::beginText(Order order) {
   fHeld.clear();
   if (!releases.empty())
     send(releases, false, nullptr);
-  const auto plan = fAround.planner.plan(order.text);
-  if (!plan)
-    return tell(order.ended, Error{0, "the keyboard layout is not known", std::nullopt});
-  fText = Text{order.button, std::move(order.ended), stepsOf(plan->presses), 0, std::nullopt, false};
-  if (plan->isComposed)
+  const auto planned = planOf(order);
+  if (!planned)
+    return tell(order.ended, planned.error());
+  const TypingPlan& plan = planned.value();
+  fText = Text{order.button, std::move(order.ended), stepsOf(plan.presses), 0, std::nullopt, false};
+  if (plan.isComposed)
     fText->interval = kComposingInterval;
-  if (!plan->missing.empty())
-    fText->error = describeMissing(plan->missing);
+  if (!plan.missing.empty())
+    fText->error = describeMissing(plan.missing);
+}
+
+// Of a series without one of its keys nothing is pressed, as the others would do something else.
+Result<TypingPlan> Typist::planOf(const Order& order) const {
+  if (!order.series) {
+    auto plan = fAround.planner.plan(order.text);
+    return plan ? Result<TypingPlan>(std::move(*plan)) : kNoLayout;
+  }
+  TypingPlan plan;
+  for (const KeyStroke& stroke : order.series->strokes) {
+    if (stroke.keysym == 0)
+      break;
+    const auto press = fAround.planner.keysFor(stroke);
+    if (!press)
+      return kNoSuchKey;
+    plan.presses.push_back(*press);
+  }
+  return plan;
 }
 
 bool Typist::letGo(ButtonId button) {

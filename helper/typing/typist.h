@@ -56,6 +56,7 @@ class Typist final : public KeyOutput {
   void hold(ButtonId button, const KeyStroke& stroke, Ended ended) override;
   void release(ButtonId button) override;
   void type(ButtonId button, std::string text, Ended ended) override;
+  void typeSeries(ButtonId button, const KeySeries& series, Ended ended) override;
   bool stop(ButtonId button) override;
 
   // The driver has answered.
@@ -72,6 +73,7 @@ class Typist final : public KeyOutput {
     KeyStroke stroke;
     std::string text;
     Ended ended;
+    std::optional<KeySeries> series{};  // in the place of the text
   };
   struct Text {
     ButtonId button;
@@ -99,6 +101,7 @@ class Typist final : public KeyOutput {
   void begin(Order order);
   void beginHold(const Order& order);
   void beginText(Order order);
+  Result<TypingPlan> planOf(const Order& order) const;
   bool letGo(ButtonId button);
   void addReleases(const Held& held, std::vector<KeyStep>& steps);
   void continueText();

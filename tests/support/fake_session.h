@@ -26,6 +26,13 @@ class FakeSession final : public KeyOutput, public DisplayControl, public BusCal
   void type(ButtonId button, std::string text, Ended ended) override {
     take("type " + name(button) + " " + text, std::move(ended));
   }
+  void typeSeries(ButtonId button, const KeySeries& series, Ended ended) override {
+    std::string words = "series " + name(button);
+    for (const KeyStroke& stroke : series.strokes) {
+      words += " " + std::to_string(stroke.modifiers) + "+" + std::to_string(stroke.keysym);
+    }
+    take(words, std::move(ended));
+  }
   bool stop(ButtonId button) override {
     if (!isTyping || *isTyping != button)
       return false;
@@ -49,6 +56,12 @@ class FakeSession final : public KeyOutput, public DisplayControl, public BusCal
   }
   void change(const SettingAttempt& attempt, Ended ended) override {
     take(std::string("change ") + attempt.key, std::move(ended));
+  }
+  // There is one for everything but what `failures` has: Control and c.
+  void readShortcut(const ShortcutAttempt& attempt, ShortcutRead read) override {
+    take(std::string("shortcut ") + attempt.key, [read = std::move(read)](const Status& status) {
+      read(status ? Result<KeyStroke>(KeyStroke{kHoldControl, 'c'}) : status.error());
+    });
   }
   void open(Place place, Ended ended) override {
     take("open " + std::to_string(static_cast<int>(place)), std::move(ended));

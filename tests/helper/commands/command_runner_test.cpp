@@ -29,6 +29,8 @@ constexpr CommandRow kRows[] = {
     {74, kOnEvery, DisplayKind::kAny, CompositorAttempt{"kill"}},
     {74, kOnEvery, DisplayKind::kAny, kAltF4},
     {91, kOnGnome, DisplayKind::kAny, DisplayAttempt{DisplayOperation::kNextWorkspace}},
+    {95, kOnEvery, DisplayKind::kAny, KeySeries{{kCopy, kAltF4}}},
+    {102, kOnEvery, DisplayKind::kAny, ShortcutAttempt{"schema", "desktop"}},
     {140, kOnEvery, DisplayKind::kAny, PlayerAttempt{"PlayPause"}},
     {180, kOnEvery, DisplayKind::kAny, SnippetAttempt{1}},
     {160, kOnEvery, DisplayKind::kAny, BusAttempt{BusAttempt::Bus::kSystem, "s", "/p", "i", "Lock", {}}},
@@ -112,6 +114,7 @@ TEST_F(CommandRunnerTest, AKeyIsHeldWithTheButton) {
 
 TEST_F(CommandRunnerTest, EveryKindOfAttemptReachesItsPartOfTheSession) {
   EXPECT_THAT(deedsOf(74), ElementsAre("operate 0"));
+  EXPECT_THAT(deedsOf(95), ElementsAre("series 1/2 2+99 4+65473 0+0 0+0"));
   EXPECT_THAT(deedsOf(140), ElementsAre("player PlayPause"));
   EXPECT_THAT(deedsOf(160), ElementsAre("call Lock"));
   EXPECT_THAT(deedsOf(155), ElementsAre("start shoot"));
@@ -173,6 +176,27 @@ TEST_F(CommandRunnerTest, AFallbackInTimeIsHeldUntilTheRelease) {
   session.taken();
   release();
   EXPECT_THAT(session.taken(), ElementsAre("release 1/2"));
+}
+
+TEST_F(CommandRunnerTest, KeysOfASettingAreHeldWithTheButton) {
+  EXPECT_THAT(deedsOf(102), ElementsAre("shortcut desktop", "hold 1/2 2+99"));
+  release();
+  EXPECT_THAT(session.taken(), ElementsAre("release 1/2"));
+}
+
+TEST_F(CommandRunnerTest, AReleaseBeforeTheSettingIsReadMakesItATap) {
+  session.holds = true;
+  EXPECT_THAT(deedsOf(102), ElementsAre("shortcut desktop"));
+  release();
+  session.taken();
+  session.endNext();
+  EXPECT_THAT(session.taken(), ElementsAre("hold 1/2 2+99", "release 1/2"));
+}
+
+TEST_F(CommandRunnerTest, WithoutKeysInTheSettingNothingIsHeld) {
+  session.failures["shortcut"] = "none";
+  EXPECT_THAT(deedsOf(102), ElementsAre("shortcut desktop"));
+  EXPECT_THAT(problems, ElementsAre(Problem{102, "none"}));
 }
 
 TEST_F(CommandRunnerTest, APressOfTheButtonThatTypesStopsIt) {

@@ -49,7 +49,7 @@ bool hasKind(const CommandRow& row, std::size_t kind) {
 }
 
 bool typesKeys(const CommandRow& row) {
-  return std::holds_alternative<KeyStroke>(row.attempt);
+  return std::holds_alternative<KeyStroke>(row.attempt) || std::holds_alternative<KeySeries>(row.attempt);
 }
 
 TEST(CommandTable, HasRowsForExactlyTheCommandsOfTheHelper) {
@@ -165,11 +165,22 @@ TEST(CommandTable, PlasmaDoesWhatItsShortcutsWouldDo) {
 }
 
 TEST(CommandTable, DesktopWithoutAWayHasNoRow) {
-  EXPECT_EQ(wordsFor(86, kGnomeWayland), "");
-  EXPECT_EQ(wordsFor(95, kGnomeWayland), "");
+  EXPECT_EQ(wordsFor(86, kOtherWayland), "");
+  EXPECT_EQ(wordsFor(95, kOtherWayland), "");
   EXPECT_EQ(wordsFor(102, kSway), "");
   EXPECT_EQ(wordsFor(161, kOtherWayland), "");
   EXPECT_EQ(wordsFor(205, kXfce), "");
+}
+
+TEST(CommandTable, WorkspacesOfGnomeAreCountedFromTheFirst) {
+  EXPECT_EQ(wordsFor(94, kGnomeWayland), "Super+Home");
+  EXPECT_EQ(wordsFor(95, kGnomeWayland), "Super+Home, Super+Next");
+  EXPECT_EQ(wordsFor(97, kGnomeWayland), "Super+Home, Super+Next, Super+Next, Super+Next");
+}
+
+TEST(CommandTable, WhatGnomeHasNoKeysForMayHaveSomeOfTheUsers) {
+  EXPECT_EQ(wordsFor(102, kGnomeWayland), "keys of `org.gnome.desktop.wm.keybindings show-desktop`");
+  EXPECT_THAT(wordsFor(86, kGnomeX11), ::testing::StartsWith("EWMH toggle above, then keys of "));
 }
 
 TEST(CommandTable, EditingIsTheSameEverywhere) {

@@ -27,6 +27,13 @@ struct Words {
     text += (stroke.modifiers & kHoldSuper) != 0 ? "Super+" : "";
     return text + nameOf(stroke.keysym);
   }
+  std::string operator()(const KeySeries& series) const {
+    std::string words;
+    for (const KeyStroke& stroke : series.strokes) {
+      words += stroke.keysym == 0 ? "" : (words.empty() ? "" : ", ") + (*this)(stroke);
+    }
+    return words;
+  }
   std::string operator()(const DisplayAttempt& attempt) const {
     static const char* const kOperations[] = {"close",
                                               "minimize",
@@ -90,6 +97,9 @@ struct Words {
   }
   std::string operator()(const PlaceAttempt&) const { return "what stands for it"; }
   std::string operator()(const ChosenAttempt&) const { return "what was chosen"; }
+  std::string operator()(const ShortcutAttempt& attempt) const {
+    return "keys of " + quoted(attempt.schema + std::string(" ") + attempt.key);
+  }
   std::string operator()(const SnippetAttempt&) const { return "typed"; }
 };
 

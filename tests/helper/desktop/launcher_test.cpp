@@ -33,6 +33,28 @@ TEST_F(LauncherTest, SettingIsChanged) {
   EXPECT_EQ(testing::readFile(home() + "/set"), "set org.example on true\n");
 }
 
+TEST_F(LauncherTest, KeysOfAShortcutAreReadFromTheSettings) {
+  std::string keys;
+  const auto shortcut = [&] {
+    return outcomeOf([&](const Ended& ended) {
+      fLauncher->readShortcut({"org.example", "show"}, [&keys, ended](const Result<KeyStroke>& stroke) {
+        keys = stroke ? std::to_string(stroke.value().modifiers) + "+" + std::to_string(stroke.value().keysym)
+                      : "";
+        ended(stroke ? Status(Done()) : stroke.error());
+      });
+    });
+  };
+  EXPECT_EQ(reasonOf(shortcut()), "gsettings is not installed");
+  addProgram("gsettings", "echo \"['<Super>d', '<Control>F5']\"\n");
+  EXPECT_TRUE(shortcut());
+  EXPECT_EQ(keys, "8+100");
+  EXPECT_THAT(onlyRecord(), ElementsAre("gsettings", "get", "org.example", "show"));
+  addProgram("gsettings", "echo '@as []'\n");
+  EXPECT_EQ(reasonOf(shortcut()), "the desktop has no keys for it");
+  addProgram("gsettings", "exit 1\n");
+  EXPECT_EQ(reasonOf(shortcut()), "gsettings ended with exit status 1");
+}
+
 TEST_F(LauncherTest, ItemIsOpenedByTheDesktop) {
   addProgram("gio");
   testing::writeFile(home() + "/a $(b).txt", "");

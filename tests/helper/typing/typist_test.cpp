@@ -222,6 +222,22 @@ TEST_F(TypistTest, WithoutALayoutNoTextIsTyped) {
   EXPECT_THAT(ended(), ElementsAre("text: the keyboard layout is not known"));
 }
 
+TEST_F(TypistTest, ASeriesOfKeysIsPressedInItsOrderWithModifiersHeldBetween) {
+  typist.typeSeries(kOne, {{kCopy, kPaste, kPaste}}, noted("series"));
+  EXPECT_EQ(steps(), "+29 +46 -46 +47 -47 +47 -47 -29");
+  EXPECT_THAT(ended(), IsEmpty());
+  answer();
+  EXPECT_THAT(ended(), ElementsAre("series"));
+  typist.release(kOne);
+  EXPECT_EQ(steps(), "nothing");
+}
+
+TEST_F(TypistTest, OfASeriesWithoutOneOfItsKeysNothingIsPressed) {
+  typist.typeSeries(kOne, {{kCopy, KeyStroke{0, 'x'}}}, noted("series"));
+  EXPECT_EQ(steps(), "nothing");
+  EXPECT_THAT(ended(), ElementsAre("series: no key of the keyboard layout produces it"));
+}
+
 TEST_F(TypistTest, KeysWaitForTheEndOfAText) {
   typist.type(kOne, "a", noted("text"));
   typist.hold(kTwo, kCopy, noted("copy"));
