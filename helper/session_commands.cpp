@@ -38,7 +38,7 @@ SessionCommands::SessionCommands(Surroundings surroundings)
       fReport(std::move(surroundings.report)),
       fKind(ownSessionKind()),
       fPlanner(fLoop, unicodeInputOf(fKind),
-               makeGroupSource(fLoop, surroundings.bus, std::string(environmentText("SWAYSOCK")))),
+               makeGroupSource(fLoop, surroundings.bus, std::string(environmentText("SWAYSOCK")), fKind)),
       fTypist(typistSurroundings(surroundings.keys)),
       fDisplay(fLoop, DisplayAddresses::ofEnvironment()),
       fBusCalls(fLoop, surroundings.bus),

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "helper/commands/command_table.h"
 #include "platform/event_loop.h"
 
 struct sd_bus;
@@ -24,8 +25,10 @@ class GroupSource {
   virtual std::optional<std::uint32_t> group() = 0;
 };
 
-// Asks sway when the path of its socket is not empty, else the keyboard service of Plasma, which other
-// desktops do not have. The loop and the connection, attached to it, must outlive the object.
-std::unique_ptr<GroupSource> makeGroupSource(sd_event* loop, sd_bus* session, const std::string& swaySocket);
+// Asks sway when the path of its socket is not empty; under GNOME its settings; else the keyboard service of
+// Plasma, which other desktops do not have. The loop and the connection, attached to it, must outlive the
+// object.
+std::unique_ptr<GroupSource> makeGroupSource(sd_event* loop, sd_bus* session, const std::string& swaySocket,
+                                             const SessionKind& kind);
 
 }  // namespace veltrix

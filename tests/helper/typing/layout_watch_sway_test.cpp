@@ -12,8 +12,9 @@ namespace {
 class LayoutWatchOnSway : public testing::LayoutWatchTest {
  protected:
   void watch() {
-    fWatch = std::make_unique<LayoutWatch>(fLoop.get(), sources("", fSway.display()),
-                                           makeGroupSource(fLoop.get(), nullptr, fSway.socket()));
+    fWatch = std::make_unique<LayoutWatch>(
+        fLoop.get(), sources("", fSway.display()),
+        makeGroupSource(fLoop.get(), nullptr, fSway.socket(), SessionKind{kOnSway, DisplayKind::kWayland}));
   }
   void switchTo(const char* group) const {
     const auto run = fSway.message({"input", "type:keyboard", "xkb_switch_layout", group});
