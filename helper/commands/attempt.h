@@ -72,7 +72,8 @@ struct BusAttempt {
   const char* method;
   std::array<BusArgument, kMostBusArguments> arguments{};  // up to the first empty one
   bool starts = false;                                     // the service, when it does not run yet
-  bool asksPerson = false;  // the answer may have to wait until somebody has agreed
+  bool asksPerson = false;   // the answer may have to wait until somebody has agreed
+  bool answersLate = false;  // the answer comes once a question has been answered: none in time is a good one
 };
 
 // Of the media player that was active last.

@@ -21,11 +21,14 @@ constexpr BusAttempt plasmaQuestion(const char* method) {
   return startingCall("org.kde.LogoutPrompt", "/LogoutPrompt", "org.kde.LogoutPrompt", method);
 }
 
-// GNOME's session manager, whose name and methods those of Cinnamon and MATE have too.
+// GNOME's session manager, whose name and methods those of Cinnamon and MATE have too. It answers Reboot and
+// Shutdown when the person has answered its question.
 constexpr BusAttempt sessionManager(const char* method,
                                     std::array<BusArgument, kMostBusArguments> arguments = {}) {
-  return sessionCall("org.gnome.SessionManager", "/org/gnome/SessionManager", "org.gnome.SessionManager",
-                     method, arguments);
+  BusAttempt attempt = sessionCall("org.gnome.SessionManager", "/org/gnome/SessionManager",
+                                   "org.gnome.SessionManager", method, arguments);
+  attempt.answersLate = true;
+  return attempt;
 }
 
 inline constexpr ProgramAttempt kXfceQuestion{{"xfce4-session-logout"}};

@@ -2,6 +2,7 @@
 
 #include <systemd/sd-bus.h>
 
+#include <cerrno>
 #include <cstring>
 
 #include "util/phrase.h"
@@ -84,8 +85,10 @@ void SessionBusCalls::call(const BusAttempt& attempt, Ended ended) {
   }
   const std::string method = attempt.method;
   fCalls.send(bus.value(), message.value().get(), attempt.asksPerson ? fLimits.person : fLimits.answer,
-              [method, ended = std::move(ended)](sd_bus_message* /*reply*/, const Status& status) {
-                ended(status ? status
+              [method, late = attempt.answersLate, ended = std::move(ended)](sd_bus_message* /*reply*/,
+                                                                             const Status& status) {
+                const bool isDone = status || (late && status.error().code == ETIMEDOUT);
+                ended(isDone ? Status(Done{})
                              : phrasedError(status.error().code,
                                             {"%1: %2", {given(method), phraseOf(status.error())}}));
               });

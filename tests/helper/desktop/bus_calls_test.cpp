@@ -153,6 +153,14 @@ TEST_F(BusCallsTest, QuestionToAPersonMayTakeLonger) {
   EXPECT_FALSE(ended);
 }
 
+TEST_F(BusCallsTest, QuestionOfGnomeIsAskedThoughItsAnswerIsAwaited) {
+  FakeService gnome(fLoop.get(), fSession.address(), "org.gnome.SessionManager");
+  gnome.refuse("org.gnome.SessionManager.LockedDown", "locked down");
+  EXPECT_EQ(wordOf(call(rowOf(167, kOnGnome))), "Shutdown: locked down");
+  gnome.answerNothing();
+  EXPECT_EQ(wordOf(call(rowOf(166, kOnGnome))), "done");
+}
+
 TEST_F(BusCallsTest, HungSystemBusDelaysNobody) {
   fSystem.freeze();
   FakeService shortcuts(fLoop.get(), fSession.address(), "org.kde.kglobalaccel");
