@@ -1,10 +1,12 @@
-// The driver with an X server in the place of the kernel: usage driver_on_display SOCKET.
+// The driver with an X server in the place of the kernel: usage driver_on_display SOCKET [--print-keys].
 //
 // Everything is the real one but the devices: there is one trackball, whose buttons are pressed by words on
 // standard input, and keys go to the server of DISPLAY as if its keyboard were used, whose lamps are those
 // that the server lights. The words, one a line: "press N" and "release N" for the buttons of the trackball,
 // "key" for a key of a keyboard that goes down. Prints "press NANOSECONDS" for a press, "key NANOSECONDS" for
 // the first key after it, and "lamps BITS" when the lamps have changed.
+// With --print-keys there need be no server: each key is printed as "output CODE 1" when it goes down and
+// "output CODE 0" when it comes up.
 #include <poll.h>
 #include <sys/epoll.h>
 #include <unistd.h>
@@ -21,6 +23,7 @@
 #include <ctime>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "driver/driver_core.h"
 #include "driver/event_loop.h"
@@ -43,12 +46,15 @@ void printTime(const char* what) {
 
 class DisplaySink final : public EventSink {
  public:
-  DisplaySink() : fDisplay(xcb_connect(nullptr, nullptr)) {}
-  ~DisplaySink() override { xcb_disconnect(fDisplay); }
+  explicit DisplaySink(bool prints) : fDisplay(prints ? nullptr : xcb_connect(nullptr, nullptr)) {}
+  ~DisplaySink() override {
+    if (fDisplay != nullptr)
+      xcb_disconnect(fDisplay);
+  }
   DisplaySink(const DisplaySink&) = delete;
   DisplaySink& operator=(const DisplaySink&) = delete;
 
-  bool works() const { return xcb_connection_has_error(fDisplay) == 0; }
+  bool works() const { return fDisplay == nullptr || xcb_connection_has_error(fDisplay) == 0; }
   int open() noexcept override { return 0; }
   void close() noexcept override {}
   bool isOpen() const noexcept override { return true; }
@@ -56,19 +62,29 @@ class DisplaySink final : public EventSink {
     for (const OutputEvent& event : groups) {
       if (event.type != EV_KEY || event.code > kLastKey)
         continue;
-      const std::uint8_t type = event.value != 0 ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
-      const auto code = static_cast<std::uint8_t>(event.code + kKeycodeOffset);
-      xcb_test_fake_input(fDisplay, type, code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+      type(event);
       if (std::exchange(fTellsKey, false))
         printTime("key");
     }
-    xcb_flush(fDisplay);
+    if (fDisplay != nullptr)
+      xcb_flush(fDisplay);
     return works() ? 0 : EIO;
   }
   void tellNextKey() { fTellsKey = true; }
 
  private:
-  xcb_connection_t* fDisplay;
+  void type(const OutputEvent& event) {
+    if (fDisplay == nullptr) {
+      std::printf("output %d %d\n", event.code, event.value != 0 ? 1 : 0);
+      std::fflush(stdout);
+      return;
+    }
+    const std::uint8_t type = event.value != 0 ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
+    const auto code = static_cast<std::uint8_t>(event.code + kKeycodeOffset);
+    xcb_test_fake_input(fDisplay, type, code, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+  }
+
+  xcb_connection_t* fDisplay;  // null for printing
   bool fTellsKey = false;
 };
 
@@ -150,9 +166,9 @@ class Words final : public PollHandler {
   bool fEnded = false;
 };
 
-int run(const std::string& socket) {
+int run(const std::string& socket, bool prints) {
   EventLoop loop;
-  DisplaySink sink;
+  DisplaySink sink(prints);
   if (!loop.start() || !sink.works()) {
     std::fprintf(stderr, "driver_on_display: there is no X server to type into\n");
     return 1;
@@ -167,7 +183,7 @@ int run(const std::string& socket) {
   core.attach(std::make_unique<FakeTrackball>(ball, kSomeTrackball));
   Words words(ball, sink, keys, loop);
   DisplayLamps lamps(core);
-  if (!lamps.start(loop) || !server.start() || !loop.add(STDIN_FILENO, EPOLLIN, words))
+  if ((!prints && !lamps.start(loop)) || !server.start() || !loop.add(STDIN_FILENO, EPOLLIN, words))
     return 1;
   while (!words.ended() && loop.waitUntil(core.deadline())) {
     if (core.deadline() != kNever)
@@ -181,5 +197,6 @@ int run(const std::string& socket) {
 }  // namespace veltrix
 
 int main(int argc, char** argv) {
-  return argc == 2 ? veltrix::run(argv[1]) : 2;
+  const bool prints = argc == 3 && std::string_view(argv[2]) == "--print-keys";
+  return argc == 2 || prints ? veltrix::run(argv[1], prints) : 2;
 }
