@@ -66,7 +66,7 @@ def on_workspace(number):
 
 HOME = on_workspace(0)
 NO_OVERVIEW = "imports.ui.main.overview.hide()"
-REFUSE = "imports.ui.main.layoutManager.modalDialogGroup.get_children().forEach(c => c.cancel())"
+REFUSE = "imports.ui.main.layoutManager.modalDialogGroup.get_children().forEach(c => c.cancel?.())"
 END_GRAB = "global.display.end_grab_op(global.get_current_time())"
 
 CHECKS = {
@@ -139,6 +139,7 @@ class Desktop:
         self.session = session
         session.settings("org.gnome.mutter", "dynamic-workspaces", "false")
         session.settings("org.gnome.desktop.wm.preferences", "num-workspaces", "4")
+        wait_until(lambda: session.script("global.workspace_manager.n_workspaces") == 4, "the workspaces")
         self.sound = Sound(session)
         session.start("/usr/libexec/gsd-media-keys")
         wait_until(lambda: session.desktop.owner_of("org.gnome.SettingsDaemon.MediaKeys"), "the media keys")
@@ -146,12 +147,13 @@ class Desktop:
         self.open("first", "two", "one")
         self.open("second", "three")
 
-    # Of a session with nothing in it.
+    # Of a session with nothing in it, not even what every session starts.
     def _start_manager(self):
         sessions = self.session.desktop.home / ".config/gnome-session/sessions"
         sessions.mkdir(parents=True)
         (sessions / "check.session").write_text("[GNOME Session]\nName=Check\nRequiredComponents=\n")
-        self.session.start("/usr/libexec/gnome-session-binary", "--builtin", "--session=check")
+        self.session.start("env", "XDG_CONFIG_DIRS=/nonexistent", "/usr/libexec/gnome-session-binary", "--builtin",
+                           "--session=check")
         wait_until(lambda: self.session.desktop.owner_of("org.gnome.SessionManager"), "the session manager")
 
     def open(self, application, *titles):
