@@ -201,6 +201,9 @@ class KeysTest(unittest.TestCase):
 
     def test_window_closes(self):
         reader = self.read()
+        # The window manager names the active window after it has given it the keys.
+        wait_until(lambda: self.desk.desktop.run(["xdotool", "getactivewindow", "getwindowpid"]).stdout.strip()
+                   == str(reader.process.pid), "the window manager to say that the editor is in front")
         self.desk.click(CLOSE)
         reader.lines.wait_for(lambda line: line == "close", "the question to close")
 
