@@ -1,27 +1,19 @@
 #include "helper/desktop/desktop_settings.h"
 
-#include <sys/mman.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <deque>
 #include <utility>
 
+#include "helper/desktop/gsettings.h"
 #include "helper/desktop/one_line.h"
-#include "helper/desktop/program_output.h"
-#include "util/file_descriptor.h"
 #include "util/phrase.h"
-#include "util/system_error.h"
 
 namespace veltrix {
 
 namespace {
-
-constexpr const char* kProgram = "gsettings";
-constexpr std::size_t kLongestValue = 256;
 
 struct Change {
   SettingAttempt attempt;
@@ -60,17 +52,12 @@ struct DesktopSettings::State : std::enable_shared_from_this<State> {
       : starter(itsStarter), grace(itsGrace) {}
 
   void begin() {
-    output.reset(memfd_create("setting", MFD_CLOEXEC));
-    if (!output) {
-      end(systemError(errno, "cannot run", kProgram));
-      return;
-    }
-    run({kProgram, "get", waiting.front().attempt.schema, waiting.front().attempt.key},
-        [](State& state) { state.takeValue(); });
+    const SettingAttempt& attempt = waiting.front().attempt;
+    run({"get", attempt.schema, attempt.key},
+        [](State& state, const std::string& printed) { state.takeValue(printed); });
   }
 
-  void takeValue() {
-    const std::string printed = textFromStart(output.get(), kLongestValue);
+  void takeValue(const std::string& printed) {
     const SettingAttempt& attempt = waiting.front().attempt;
     const std::optional<std::string> next = nextSettingValue(printed, attempt);
     if (!next) {
@@ -78,21 +65,20 @@ struct DesktopSettings::State : std::enable_shared_from_this<State> {
       return;
     }
     // What follows the key is a value, whatever it looks like: a negative number is no option.
-    run({kProgram, "set", attempt.schema, attempt.key, *next}, [](State& state) { state.end(Done()); });
+    run({"set", attempt.schema, attempt.key, *next},
+        [](State& state, const std::string& /*printed*/) { state.end(Done()); });
   }
 
-  void run(std::vector<std::string> arguments, void (*then)(State&)) {
-    Program program;
-    program.arguments = std::move(arguments);
-    program.output = output.get();
-    starter.startAndWatch(program, grace, [kept = weak_from_this(), then](const Status& status) {
-      const auto state = kept.lock();
-      if (state != nullptr && status) {
-        then(*state);
-      } else if (state != nullptr) {
-        state->end(state->unchanged(phraseOf(status.error())));
-      }
-    });
+  void run(std::vector<std::string> words, void (*then)(State&, const std::string& printed)) {
+    runGsettings(starter, std::move(words), grace,
+                 [kept = weak_from_this(), then](const Result<std::string>& printed) {
+                   const auto state = kept.lock();
+                   if (state != nullptr && printed) {
+                     then(*state, printed.value());
+                   } else if (state != nullptr) {
+                     state->end(state->unchanged(phraseOf(printed.error())));
+                   }
+                 });
   }
 
   Error unchanged(const Phrase& why) const {
@@ -114,7 +100,6 @@ struct DesktopSettings::State : std::enable_shared_from_this<State> {
   ProgramStarter& starter;
   std::chrono::microseconds grace;
   std::deque<Change> waiting;  // the first one is being made
-  FileDescriptor output;
 };
 
 DesktopSettings::DesktopSettings(ProgramStarter& starter, std::chrono::microseconds grace)

@@ -2,9 +2,9 @@
 
 #include <utility>
 
+#include "helper/desktop/gsettings.h"
 #include "helper/desktop/item_path.h"
 #include "helper/desktop/printed_shortcut.h"
-#include "helper/desktop/setting_reader.h"
 #include "helper/desktop/url_check.h"
 #include "platform/user_paths.h"
 
@@ -34,7 +34,7 @@ void DesktopLauncher::change(const SettingAttempt& attempt, Ended ended) {
 }
 
 void DesktopLauncher::readShortcut(const ShortcutAttempt& attempt, ShortcutRead read) {
-  readSetting(
+  runGsettings(
       fStarter, {"get", attempt.schema, attempt.key}, fSurroundings.settingGrace,
       [read = std::move(read)](const Result<std::string>& printed) {
         const auto stroke = printed ? shortcutIn(printed.value()) : std::nullopt;

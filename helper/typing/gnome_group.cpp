@@ -3,7 +3,7 @@
 #include <ctime>
 #include <utility>
 
-#include "helper/desktop/setting_reader.h"
+#include "helper/desktop/gsettings.h"
 #include "helper/typing/gnome_sources.h"
 
 namespace veltrix {
@@ -45,8 +45,8 @@ void GnomeGroup::ask() {
     return;
   }
   fIsAsking = true;
-  readSetting(fStarter, {"list-recursively", "org.gnome.desktop.input-sources"}, fGrace,
-              [this](const Result<std::string>& listed) { take(listed); });
+  runGsettings(fStarter, {"list-recursively", "org.gnome.desktop.input-sources"}, fGrace,
+               [this](const Result<std::string>& listed) { take(listed); });
 }
 
 void GnomeGroup::take(const Result<std::string>& listed) {

@@ -1,4 +1,4 @@
-#include "helper/desktop/setting_reader.h"
+#include "helper/desktop/gsettings.h"
 
 #include <sys/mman.h>
 
@@ -18,8 +18,8 @@ constexpr std::size_t kLongestOutput = 65536;
 }  // namespace
 
 // What one prints after its grace goes nowhere, as each has a file of its own.
-void readSetting(ProgramStarter& starter, std::vector<std::string> words, std::chrono::microseconds grace,
-                 std::function<void(const Result<std::string>&)> read) {
+void runGsettings(ProgramStarter& starter, std::vector<std::string> words, std::chrono::microseconds grace,
+                  std::function<void(const Result<std::string>&)> read) {
   const auto printed = std::make_shared<FileDescriptor>(memfd_create("setting", MFD_CLOEXEC));
   if (!*printed) {
     read(systemError(errno, "cannot run", "gsettings"));
