@@ -21,12 +21,16 @@ constexpr BusAttempt plasmaQuestion(const char* method) {
   return startingCall("org.kde.LogoutPrompt", "/LogoutPrompt", "org.kde.LogoutPrompt", method);
 }
 
-// GNOME's session manager, whose name and methods those of Cinnamon and MATE have too. It answers Reboot and
-// Shutdown when the person has answered its question.
+// GNOME's session manager, whose name and methods those of Cinnamon and MATE have too.
 constexpr BusAttempt sessionManager(const char* method,
                                     std::array<BusArgument, kMostBusArguments> arguments = {}) {
-  BusAttempt attempt = sessionCall("org.gnome.SessionManager", "/org/gnome/SessionManager",
-                                   "org.gnome.SessionManager", method, arguments);
+  return sessionCall("org.gnome.SessionManager", "/org/gnome/SessionManager", "org.gnome.SessionManager",
+                     method, arguments);
+}
+
+// It answers these when the person has answered its question.
+constexpr BusAttempt sessionManagerQuestion(const char* method) {
+  BusAttempt attempt = sessionManager(method);
   attempt.answersLate = true;
   return attempt;
 }
@@ -75,12 +79,12 @@ inline constexpr CommandRow kSessionRows[] = {
     // Restart
     on(166, kOnPlasma, plasmaQuestion("promptReboot")),
     on(166, kOnXfce, kXfceQuestion),
-    on(166, kOnGnome | kOnOther, sessionManager("Reboot")),
+    on(166, kOnGnome | kOnOther, sessionManagerQuestion("Reboot")),
     on(166, kOnOther, ProgramAttempt{{"lxqt-leave", "--reboot"}}),
     // Shut Down
     on(167, kOnPlasma, plasmaQuestion("promptShutDown")),
     on(167, kOnXfce, kXfceQuestion),
-    on(167, kOnGnome | kOnOther, sessionManager("Shutdown")),
+    on(167, kOnGnome | kOnOther, sessionManagerQuestion("Shutdown")),
     on(167, kOnOther, ProgramAttempt{{"lxqt-leave", "--shutdown"}}),
 };
 

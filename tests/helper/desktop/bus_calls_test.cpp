@@ -159,6 +159,7 @@ TEST_F(BusCallsTest, QuestionOfGnomeIsAskedThoughItsAnswerIsAwaited) {
   EXPECT_EQ(wordOf(call(rowOf(167, kOnGnome))), "Shutdown: locked down");
   gnome.answerNothing();
   EXPECT_EQ(wordOf(call(rowOf(166, kOnGnome))), "done");
+  EXPECT_EQ(wordOf(call(rowOf(163, kOnGnome))), "Logout: no answer");
 }
 
 TEST_F(BusCallsTest, HungSystemBusDelaysNobody) {
