@@ -4,8 +4,7 @@
 usage: gnome_check.py BUILD_DIR [x11|wayland] [CODE...]
 
 Needs gnome-shell, gnome-settings-daemon, gnome-session-bin, gsettings (libglib2.0-bin), python3-gi, GTK 3 with its typelib,
-pulseaudio with its utilities, and Xvfb. The
-shell, its buses, home folder and display are the check's own.
+pulseaudio with its utilities, and Xvfb. The shell, its buses, home folder and display are the check's own.
 """
 import pathlib
 import re

@@ -4,13 +4,11 @@
 usage: i3_check.py BUILD_DIR [CODE...]
 """
 import json
-import subprocess
 import sys
 
 from desktop_check import main, sees, wait_until
-from x11_windows import X11Check
+from x11_windows import HALF, QUIET, X11Check
 
-QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
 SCRATCHPAD = "__i3_scratch"
 
 
@@ -93,9 +91,9 @@ class I3Check(X11Check):
     def test_window_to_the_halves(self):
         self.open("one", "A", "B")
         self.do(81)
-        wait_until(lambda: self.left_of("B") == 0 and self.left_of("A") == 640, "B on the left")
+        wait_until(lambda: self.left_of("B") == 0 and self.left_of("A") == HALF, "B on the left")
         self.do(82)
-        wait_until(lambda: self.left_of("A") == 0 and self.left_of("B") == 640, "B on the right")
+        wait_until(lambda: self.left_of("A") == 0 and self.left_of("B") == HALF, "B on the right")
 
     @sees(86)
     def test_keep_window_on_top(self):

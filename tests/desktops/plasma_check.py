@@ -9,24 +9,12 @@ import os
 import pathlib
 import re
 import signal
-import subprocess
 import sys
 
 from desktop_check import main, sees, wait_until
-from x11_windows import X11Check
+from x11_windows import HALF, HEIGHT, QUIET, WIDTH, X11Check, is_about
 
-QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-WIDTH, HEIGHT = 1280, 1024
-HALF = WIDTH // 2
-FRAME = 40  # at most
 SETTINGS = "[Desktops]\nNumber=4\nRows=1\n"
-
-
-def is_about(place, left, right):
-    """Whether a window of this place takes the screen's height between two sides, but for its frame."""
-    x, y, width, height = place
-    return (0 <= x - left < FRAME and 0 <= right - x - width < FRAME and 0 <= y < FRAME
-            and 0 <= HEIGHT - y - height < FRAME)
 
 
 def is_running(process):

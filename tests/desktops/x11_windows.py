@@ -1,7 +1,20 @@
 """What an X11 window manager says of its windows and workspaces; for subclasses of DesktopCheck."""
 import re
+import subprocess
 
 from desktop_check import DesktopCheck, wait_until
+
+QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
+WIDTH, HEIGHT = 1280, 1024
+HALF = WIDTH // 2
+FRAME = 40  # at most
+
+
+def is_about(place, left, right):
+    """Whether a window of this place takes the screen's height between two sides, but for its frame."""
+    x, y, width, height = place
+    return (0 <= x - left < FRAME and 0 <= right - x - width < FRAME and 0 <= y < FRAME
+            and 0 <= HEIGHT - y - height < FRAME)
 
 
 class X11Check(DesktopCheck):

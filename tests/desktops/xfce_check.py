@@ -5,23 +5,10 @@ usage: xfce_check.py BUILD_DIR [CODE...]
 """
 import pathlib
 import re
-import subprocess
 import sys
 
 from desktop_check import main, sees, wait_until
-from x11_windows import X11Check
-
-QUIET = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
-WIDTH, HEIGHT = 1280, 1024
-HALF = WIDTH // 2
-FRAME = 40  # at most
-
-
-def is_about(place, left, right):
-    """Whether a window of this place takes the screen's height between two sides, but for its frame."""
-    x, y, width, height = place
-    return (0 <= x - left < FRAME and 0 <= right - x - width < FRAME and 0 <= y < FRAME
-            and 0 <= HEIGHT - y - height < FRAME)
+from x11_windows import HALF, QUIET, WIDTH, X11Check, is_about
 
 STATE_OF_SESSION = ("dbus-send", "--session", "--print-reply", "--dest=org.xfce.SessionManager", "/org/xfce/SessionManager",
                     "org.xfce.Session.Manager.GetState")
