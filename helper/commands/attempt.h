@@ -47,6 +47,9 @@ enum class DisplayOperation : std::uint8_t {
 struct DisplayAttempt {
   DisplayOperation operation;
   std::uint8_t workspace = 0;  // from 1, with kWorkspace
+  // A window that is taken along is shown on all workspaces while they change, so that it is never without
+  // the keys.
+  bool stays = false;
 };
 
 // A command in the compositor's own language, where it has a socket for such.

@@ -19,6 +19,12 @@ constexpr KeySeries gnomeWorkspace(std::uint8_t number) {
   return series;
 }
 
+// xfwm4 may leave no window with the keys when it is given a hidden one and another was active there. Mutter
+// and kwin do not, and i3 would make a window float for this.
+constexpr DisplayAttempt whileShown(DisplayOperation operation) {
+  return {operation, 0, true};
+}
+
 inline constexpr CommandRow kWorkspaceRows[] = {
     // Previous Workspace
     onX11(90, kAllButSway, DisplayAttempt{DisplayOperation::kPreviousWorkspace}),
@@ -33,14 +39,16 @@ inline constexpr CommandRow kWorkspaceRows[] = {
     on(91, kOnXfce | kOnOther, keys(kHoldControl | kHoldAlt, XKB_KEY_Right)),
     on(91, kOnSway, CompositorAttempt{"workspace next"}),
     // Move Window to the Previous Workspace
-    onX11(92, kAllButSway, DisplayAttempt{DisplayOperation::kTakeToPreviousWorkspace}),
+    onX11(92, kOnXfce, whileShown(DisplayOperation::kTakeToPreviousWorkspace)),
+    onX11(92, kAllButSway & ~kOnXfce, DisplayAttempt{DisplayOperation::kTakeToPreviousWorkspace}),
     on(92, kOnPlasma, kwin("Window to Previous Desktop")),
     on(92, kOnGnome, keys(kHoldSuper | kHoldShift, XKB_KEY_Page_Up)),
     on(92, kOnXfce, keys(kHoldControl | kHoldAlt, XKB_KEY_Home)),
     on(92, kOnOther, keys(kHoldControl | kHoldAlt | kHoldShift, XKB_KEY_Left)),
     on(92, kOnSway, CompositorAttempt{"move container to workspace prev, workspace prev"}),
     // Move Window to the Next Workspace
-    onX11(93, kAllButSway, DisplayAttempt{DisplayOperation::kTakeToNextWorkspace}),
+    onX11(93, kOnXfce, whileShown(DisplayOperation::kTakeToNextWorkspace)),
+    onX11(93, kAllButSway & ~kOnXfce, DisplayAttempt{DisplayOperation::kTakeToNextWorkspace}),
     on(93, kOnPlasma, kwin("Window to Next Desktop")),
     on(93, kOnGnome, keys(kHoldSuper | kHoldShift, XKB_KEY_Page_Down)),
     on(93, kOnXfce, keys(kHoldControl | kHoldAlt, XKB_KEY_End)),

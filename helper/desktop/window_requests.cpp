@@ -16,6 +16,7 @@ constexpr std::uint32_t kRemove = 0;
 constexpr std::uint32_t kAdd = 1;
 constexpr std::uint32_t kToggle = 2;
 constexpr std::uint32_t kIconic = 3;
+constexpr std::uint32_t kAllWorkspaces = 0xFFFFFFFF;
 
 bool has(const std::vector<xcb_atom_t>& atoms, xcb_atom_t atom) {
   return std::find(atoms.begin(), atoms.end(), atom) != atoms.end();
@@ -73,10 +74,14 @@ Requests toWorkspace(const DisplayAttempt& attempt, const X11Atoms& atoms, const
   if (!target) {
     return {};
   }
-  Requests requests{{XCB_WINDOW_NONE, atoms[X11Atom::kCurrentDesktop], {*target, XCB_CURRENT_TIME}}};
+  Requests requests;
+  if (attempt.stays) {
+    requests.push_back({taken, atoms[X11Atom::kDesktop], {kAllWorkspaces, kPager}});
+  }
+  requests.push_back({XCB_WINDOW_NONE, atoms[X11Atom::kCurrentDesktop], {*target, XCB_CURRENT_TIME}});
   if (taken != XCB_WINDOW_NONE) {
-    // In this order, since a window that goes first is hidden and shown again at once, and xfwm4 then leaves
-    // no window with the keys. Another window may have been the last one there.
+    // In this order, since a window that goes first is hidden and shown again at once. Another window may
+    // have been the last one there.
     requests.push_back({taken, atoms[X11Atom::kDesktop], {*target, kPager}});
     requests.push_back({taken, atoms[X11Atom::kActiveWindow], {kPager, XCB_CURRENT_TIME}});
   }

@@ -48,7 +48,9 @@ struct Words {
                                               "turn off screen"};
     const std::string words = kOperations[static_cast<std::size_t>(attempt.operation)];
     const std::string number = attempt.workspace != 0 ? ' ' + std::to_string(attempt.workspace) : "";
-    return attempt.operation == DisplayOperation::kTurnOffScreen ? "DPMS off" : "EWMH " + words + number;
+    const std::string stays = attempt.stays ? ", shown on all meanwhile" : "";
+    return attempt.operation == DisplayOperation::kTurnOffScreen ? "DPMS off"
+                                                                 : "EWMH " + words + number + stays;
   }
   std::string operator()(const CompositorAttempt& attempt) const { return "command " + quoted(attempt.text); }
   std::string operator()(const BusArgument& argument) const {

@@ -167,6 +167,16 @@ TEST_F(WindowManagerTest, TakesTheWindowAlong) {
   EXPECT_TRUE(windowComesToSay(window, "_NET_WM_DESKTOP", "= 0"));
 }
 
+TEST_F(WindowManagerTest, WindowThatIsShownEverywhereMeanwhileIsOnOneWorkspaceThen) {
+  startWindowManager();
+  const PlainWindow window(fServer.display());
+  ASSERT_TRUE(isActive(window));
+  EXPECT_EQ(operate(fDisplay, {DisplayOperation::kTakeToNextWorkspace, 0, true}), "done");
+  EXPECT_TRUE(rootComesToSay(kCurrent, "= 1"));
+  EXPECT_TRUE(windowComesToSay(window, "_NET_WM_DESKTOP", "= 1"));
+  EXPECT_TRUE(isActive(window));
+}
+
 TEST_F(WindowManagerTest, ShowsTheDesktopAndBringsWindowsBack) {
   startWindowManager();
   const PlainWindow window(fServer.display());

@@ -104,6 +104,17 @@ TEST(WindowRequests, WindowThatIsTakenAlongIsFollowedAndActive) {
   EXPECT_EQ(taken[2].type, atoms()[X11Atom::kActiveWindow]);
 }
 
+TEST(WindowRequests, WindowIsShownEverywhereWhileItIsTakenAlong) {
+  const auto plain = requests({DisplayOperation::kTakeToNextWorkspace});
+  const auto shown = requests({DisplayOperation::kTakeToNextWorkspace, 0, true});
+  ASSERT_EQ(shown.size(), plain.size() + 1);
+  EXPECT_EQ(shown[0].window, kWindow);
+  EXPECT_EQ(shown[0].type, atoms()[X11Atom::kDesktop]);
+  EXPECT_EQ(shown[0].data[0], 0xFFFFFFFFU);
+  EXPECT_EQ(shown[2].type, atoms()[X11Atom::kDesktop]);
+  EXPECT_EQ(shown[2].data[0], 2U);
+}
+
 TEST(WindowRequests, DesktopIsShownAndWindowsComeBack) {
   RootState state = root();
   EXPECT_EQ(requests({DisplayOperation::kToggleShowDesktop}, state)[0].data[0], 1U);
