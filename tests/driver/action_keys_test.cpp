@@ -10,8 +10,8 @@ namespace {
 using test::down;
 using test::together;
 using test::up;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 constexpr std::uint16_t kCommand = 0x0100;
 constexpr std::uint16_t kShift = 0x0200;
@@ -19,7 +19,7 @@ constexpr std::uint16_t kCapsLock = 0x0400;
 constexpr std::uint16_t kOption = 0x0800;
 constexpr std::uint16_t kControl = 0x1000;
 
-class ActionKeysTest : public testing::Test {
+class ActionKeysTest : public ::testing::Test {
  protected:
   std::vector<std::string> taken() {
     auto groups = test::groupsOf(fOutput);

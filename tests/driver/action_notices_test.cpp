@@ -6,8 +6,8 @@
 namespace veltrix {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 class ActionPlayerNotices : public test::ActionPlayerTest {
  protected:

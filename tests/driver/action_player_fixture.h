@@ -11,7 +11,7 @@
 namespace veltrix::test {
 
 // A player of actions and the time that the test lets pass, in milliseconds.
-class ActionPlayerTest : public testing::Test {
+class ActionPlayerTest : public ::testing::Test {
  protected:
   using Groups = std::vector<std::string>;
 

@@ -11,8 +11,8 @@ using test::by;
 using test::down;
 using test::together;
 using test::up;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 using ActionPlayerTest = test::ActionPlayerTest;
 

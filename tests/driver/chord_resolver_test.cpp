@@ -15,8 +15,8 @@ void PrintTo(const VoiceChange& change, std::ostream* stream) {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 constexpr VoiceChange begins(std::uint8_t voice) {
   return {voice, true, false};
@@ -33,7 +33,7 @@ constexpr Microseconds at(int milliseconds) {
   return Microseconds{std::int64_t{milliseconds} * 1000};
 }
 
-class ChordResolverTest : public testing::Test {
+class ChordResolverTest : public ::testing::Test {
  protected:
   ChordResolverTest() { fChords.configure(true, true); }
 

@@ -7,8 +7,8 @@ namespace {
 
 using test::down;
 using test::up;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 // The button that stays down, as the player of actions holds it.
 using DragLock = test::ActionPlayerTest;
@@ -56,7 +56,7 @@ TEST_F(DragLock, OutlastsKeysScrollingAndModes) {
     end(kOtherVoice);
   }
   const Groups groups = taken();
-  EXPECT_THAT(groups, testing::Not(testing::Contains(up(BTN_LEFT))));
+  EXPECT_THAT(groups, ::testing::Not(::testing::Contains(up(BTN_LEFT))));
 }
 
 TEST_F(DragLock, PassThroughButtonIsAClickThatEndsIt) {

@@ -21,7 +21,7 @@ inline TypeKeysPacket typingOf(std::uint32_t id) {
 }
 
 // A driver with two trackballs, and what its helper heard of them.
-class DriverCoreTest : public testing::Test, protected CoreOnFakes<FakeSink, FakeChannel> {
+class DriverCoreTest : public ::testing::Test, protected CoreOnFakes<FakeSink, FakeChannel> {
  protected:
   void withdraw(const DeviceAddress& address = kSomeTrackball) {
     auto packet = makePacket<WithdrawPacket>();

@@ -11,8 +11,8 @@ namespace veltrix {
 namespace {
 
 using std::chrono::milliseconds;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 TEST_F(DriverCoreTest, ATrackballWithoutSettingsIsLeftAlone) {
   plug(ball);

@@ -9,8 +9,8 @@ namespace veltrix {
 namespace {
 
 using std::chrono::milliseconds;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 // What it types for its helper.
 using DriverCoreTypingTest = DriverCoreTest;

@@ -7,8 +7,8 @@ namespace {
 using test::by;
 using test::down;
 using test::up;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 class EngineChords : public test::EngineTest {
  protected:

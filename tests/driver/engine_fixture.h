@@ -11,7 +11,7 @@
 namespace veltrix::test {
 
 // An engine, the hand on its trackball, and the time that the test lets pass, in milliseconds.
-class EngineTest : public testing::Test {
+class EngineTest : public ::testing::Test {
  protected:
   static constexpr ScrollParameters kRollsOn{
       .triggerTime = 250, .timeDecay = 120, .timeStop = 500, .countDecay = 80, .countStop = 1};

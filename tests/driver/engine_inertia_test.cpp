@@ -4,7 +4,7 @@
 namespace veltrix {
 namespace {
 
-using testing::IsEmpty;
+using ::testing::IsEmpty;
 
 class EngineInertia : public test::EngineTest {
  protected:

@@ -34,7 +34,7 @@ class Port final : public PollHandler {
   FileDescriptor fFile;
 };
 
-class EventLoopTest : public testing::Test {
+class EventLoopTest : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(loop.start()); }
   Microseconds soon() const { return loop.now() + Microseconds{1000}; }

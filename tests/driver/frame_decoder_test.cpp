@@ -22,7 +22,7 @@ input_event eventOf(std::uint16_t type, std::uint16_t code, std::int32_t value) 
 
 const input_event kReport = eventOf(EV_SYN, SYN_REPORT, 0);
 
-class FrameDecoderTest : public testing::Test {
+class FrameDecoderTest : public ::testing::Test {
  protected:
   // The frames of these events.
   std::vector<InputFrame> frames(const std::vector<input_event>& events) {

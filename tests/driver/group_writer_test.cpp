@@ -15,7 +15,7 @@
 namespace veltrix {
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 using Written = std::vector<OutputEvent>;
 
 // A device that remembers what each write brought.
@@ -49,7 +49,7 @@ class FakeDevice {
   FileDescriptor fWrite;
 };
 
-class GroupWriterTest : public testing::Test {
+class GroupWriterTest : public ::testing::Test {
  protected:
   FakeDevice keyboard;
   FakeDevice pointer;
@@ -68,7 +68,7 @@ TEST_F(GroupWriterTest, EachDeviceGetsItsPartWithOneWrite) {
 TEST_F(GroupWriterTest, GroupsOfOneDeviceAreWrittenTogether) {
   const Written groups = {keyEvent(BTN_LEFT, true), kSync, keyEvent(BTN_LEFT, false), kSync};
   EXPECT_EQ(writer.write(groups), 0);
-  EXPECT_THAT(keyboard.writes(), testing::IsEmpty());
+  EXPECT_THAT(keyboard.writes(), ::testing::IsEmpty());
   EXPECT_THAT(pointer.writes(), ElementsAre(groups));
 }
 

@@ -9,8 +9,8 @@
 namespace veltrix {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 TEST(HeldCodes, FirstHolderPressesAndLastOneReleases) {
   HeldCodes codes;

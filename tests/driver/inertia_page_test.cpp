@@ -9,7 +9,7 @@
 namespace veltrix {
 namespace {
 
-using testing::HasSubstr;
+using ::testing::HasSubstr;
 
 constexpr const char* kHowToWrite = "write it anew with the program inertia_page, as the page says";
 

@@ -10,8 +10,8 @@ namespace veltrix {
 namespace {
 
 using std::chrono::milliseconds;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 TypeKeysPacket packetOf(std::uint32_t id, const std::vector<KeyStep>& steps, std::uint16_t interval = 5) {
   auto packet = makePacket<TypeKeysPacket>();
@@ -22,7 +22,7 @@ TypeKeysPacket packetOf(std::uint32_t id, const std::vector<KeyStep>& steps, std
   return packet;
 }
 
-class KeyTypistTest : public testing::Test {
+class KeyTypistTest : public ::testing::Test {
  protected:
   std::optional<KeysTypedPacket> expire() {
     output.clear();

@@ -8,10 +8,10 @@
 namespace veltrix {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
-class OutputMixerTest : public testing::Test {
+class OutputMixerTest : public ::testing::Test {
  protected:
   int write(const std::vector<OutputEvent>& events) { return mixer.write(events); }
 

@@ -13,7 +13,7 @@ namespace veltrix {
 namespace {
 
 using std::chrono::milliseconds;
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();

@@ -12,7 +12,7 @@
 namespace veltrix {
 namespace {
 
-class BrowserColumnTest : public testing::Test {
+class BrowserColumnTest : public ::testing::Test {
  protected:
   BrowserColumnTest() : fColumn(true), fChosen(&fColumn, &BrowserColumn::chosen) {
     fColumn.setTitles({"Apple", "Banana", "Cherry", "Blueberry"});

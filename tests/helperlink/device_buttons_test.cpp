@@ -10,8 +10,8 @@
 namespace veltrix {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 std::vector<std::int32_t> numbers(std::int32_t deviceTab) {
   const auto found = buttonNumbers(deviceTab);

@@ -18,7 +18,7 @@ TEST(ColorScheme, KnowsItsNames) {
   EXPECT_EQ(colorSchemeNamed(u"Dark"), std::nullopt);
 }
 
-class NamedScheme : public testing::TestWithParam<ColorScheme> {};
+class NamedScheme : public ::testing::TestWithParam<ColorScheme> {};
 
 TEST_P(NamedScheme, HasReadableTexts) {
   const QPalette palette = paletteFor(GetParam());
@@ -56,7 +56,7 @@ TEST_P(NamedScheme, ReachesTheWidgets) {
   EXPECT_EQ(other.palette().color(QPalette::Window), paletteFor(GetParam()).color(QPalette::Window));
 }
 
-INSTANTIATE_TEST_SUITE_P(ColorScheme, NamedScheme, testing::Values(ColorScheme::kLight, ColorScheme::kDark),
+INSTANTIATE_TEST_SUITE_P(ColorScheme, NamedScheme, ::testing::Values(ColorScheme::kLight, ColorScheme::kDark),
                          [](const auto& row) {
                            return std::string(row.param == ColorScheme::kDark ? "Dark" : "Light");
                          });

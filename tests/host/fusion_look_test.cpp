@@ -15,7 +15,7 @@
 namespace veltrix {
 namespace {
 
-class FusionLookTest : public testing::Test {
+class FusionLookTest : public ::testing::Test {
  protected:
   void TearDown() override { QApplication::setStyle(QStringLiteral("fusion")); }
 

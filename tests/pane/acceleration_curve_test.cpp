@@ -9,7 +9,7 @@
 namespace veltrix {
 namespace {
 
-class AccelerationCurveTest : public testing::Test {
+class AccelerationCurveTest : public ::testing::Test {
  protected:
   AccelerationCurveTest() {
     fCurve.setPalette(test::lightPalette());

@@ -9,7 +9,7 @@
 namespace veltrix {
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 
 VeltrixDeviceList listOf(std::initializer_list<VeltrixDeviceEntry> devices) {
   VeltrixDeviceList list{};

@@ -8,7 +8,7 @@
 namespace veltrix {
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 
 TEST(PageTables, EveryModelHasItsDirectionPage) {
   std::vector<int> pages;

@@ -10,7 +10,7 @@
 namespace veltrix::plist {
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();

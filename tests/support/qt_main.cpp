@@ -5,7 +5,7 @@
 #include "keyboard/keystroke_application.h"
 
 int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
+  ::testing::InitGoogleTest(&argc, argv);
   const veltrix::KeystrokeApplication application(argc, argv);
   // Only now: a style from before the application has no owner, and leaks when a test sets another one.
   QApplication::setStyle(QStringLiteral("fusion"));

@@ -11,7 +11,7 @@
 namespace veltrix {
 namespace {
 
-class CellMatrixTest : public testing::Test {
+class CellMatrixTest : public ::testing::Test {
  protected:
   CellMatrixTest() {
     auto* layout = new QHBoxLayout(&fMatrix);

@@ -15,7 +15,7 @@
 namespace veltrix {
 namespace {
 
-class DetentSliderTest : public testing::Test {
+class DetentSliderTest : public ::testing::Test {
  public:
   DetentSliderTest() {
     auto* layout = new QVBoxLayout(&fWindow);
@@ -103,7 +103,7 @@ TEST_F(DetentSliderTest, DraggingRestsOnDetentsOnly) {
   QTest::mousePress(&fSlider, Qt::LeftButton, Qt::NoModifier, start);
   for (int x = start.x(); x < fSlider.width(); x += 3) {
     QTest::mouseMove(&fSlider, QPoint(x, start.y()));
-    EXPECT_THAT(fSlider.detents(), testing::Contains(fSlider.value()));
+    EXPECT_THAT(fSlider.detents(), ::testing::Contains(fSlider.value()));
   }
   QTest::mouseRelease(&fSlider, Qt::LeftButton, Qt::NoModifier, QPoint(fSlider.width() - 1, start.y()));
   EXPECT_EQ(fSlider.value(), 100);

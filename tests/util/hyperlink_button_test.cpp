@@ -11,7 +11,7 @@
 namespace veltrix {
 namespace {
 
-class HyperlinkButton : public testing::Test {
+class HyperlinkButton : public ::testing::Test {
  protected:
   HyperlinkButton() {
     auto* layout = new QVBoxLayout(&fWindow);

@@ -13,7 +13,7 @@
 namespace veltrix {
 namespace {
 
-class ButtonPictureTest : public testing::Test {
+class ButtonPictureTest : public ::testing::Test {
  protected:
   ButtonPictureTest() {
     fPicture.setFolder(test::pictureFolder());

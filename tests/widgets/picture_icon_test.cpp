@@ -17,7 +17,7 @@ QImage onWindow(const QIcon& icon, int side, QIcon::Mode mode = QIcon::Normal) {
   return image;
 }
 
-class PictureIconTest : public testing::Test {
+class PictureIconTest : public ::testing::Test {
  protected:
   PictureIconTest() { QGuiApplication::setPalette(test::lightPalette()); }
   void TearDown() override { QGuiApplication::setPalette(QPalette()); }

@@ -47,7 +47,7 @@ QStringList tintedPictures() {
   return names;
 }
 
-class EveryPicture : public testing::TestWithParam<QString> {};
+class EveryPicture : public ::testing::TestWithParam<QString> {};
 
 TEST_P(EveryPicture, Loads) {
   const Picture picture(pictureFolder(), GetParam());
@@ -82,7 +82,7 @@ TEST_P(EveryPicture, ChangesWithThePalette) {
   EXPECT_NE(drawn(GetParam(), test::lightPalette()), drawn(GetParam(), red));
 }
 
-INSTANTIATE_TEST_SUITE_P(Picture, EveryPicture, testing::ValuesIn(tintedPictures()),
+INSTANTIATE_TEST_SUITE_P(Picture, EveryPicture, ::testing::ValuesIn(tintedPictures()),
                          [](const auto& row) { return row.param.toStdString(); });
 
 struct DeviceRow {
@@ -90,7 +90,7 @@ struct DeviceRow {
   int buttons;
 };
 
-class DevicePicture : public testing::TestWithParam<DeviceRow> {};
+class DevicePicture : public ::testing::TestWithParam<DeviceRow> {};
 
 TEST_P(DevicePicture, NamesEachButtonAndTheSpotThatItsLeaderLinePointsAt) {
   const Picture picture(pictureFolder(), GetParam().name);
@@ -122,9 +122,9 @@ TEST_P(DevicePicture, KeepsButtonsApart) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Picture, DevicePicture,
-                         testing::Values(DeviceRow{"device_tab2", 4}, DeviceRow{"device_tab3", 4},
-                                         DeviceRow{"device_tab4", 4}, DeviceRow{"device_tab5", 2},
-                                         DeviceRow{"device_tab6", 2}, DeviceRow{"device_tab7", 2}),
+                         ::testing::Values(DeviceRow{"device_tab2", 4}, DeviceRow{"device_tab3", 4},
+                                           DeviceRow{"device_tab4", 4}, DeviceRow{"device_tab5", 2},
+                                           DeviceRow{"device_tab6", 2}, DeviceRow{"device_tab7", 2}),
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST(Picture, DrawsTheInvertedDirectionDifferently) {

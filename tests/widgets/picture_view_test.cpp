@@ -13,7 +13,7 @@ namespace {
 
 using test::shot;
 
-class PictureViewTest : public testing::Test {
+class PictureViewTest : public ::testing::Test {
  protected:
   PictureViewTest() {
     fView.setFolder(test::pictureFolder());
