@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -83,14 +82,14 @@ using Build = std::function<NewAction()>;
 // What the ways of saying an action have in common.
 class Ways {
  public:
-  Ways(CLI::App& command, Context& context, std::shared_ptr<Button> button)
+  Ways(CommandLine command, Context& context, std::shared_ptr<Button> button)
       : fCommand(command), fContext(context), fButton(std::move(button)) {}
 
   // Adds one; `build` is asked after its options have been read.
-  CLI::App* add(const char* name, const char* description, Build build) {
-    auto* way = fCommand.add_subcommand(name, description);
-    way->add_option("--label", fButton->label, "A name of your own, shown in place of what the action does");
-    way->callback([&context = fContext, button = fButton, build = std::move(build)] {
+  CommandLine add(const char* name, const char* description, Build build) {
+    auto way = fCommand.addCommand(name, description);
+    way.addOption("--label", fButton->label, "A name of your own, shown in place of what the action does");
+    way.does([&context = fContext, button = fButton, build = std::move(build)] {
       button->isChanged = true;
       context.exitCode = change(*button, build());
     });
@@ -101,9 +100,7 @@ class Ways {
   void addText(const char* name, const char* description, const char* option, const char* help,
                NewAction (*build)(const std::string&)) {
     auto text = std::make_shared<std::string>();
-    add(name, description, [text, build] { return build(*text); })
-        ->add_option(option, *text, help)
-        ->required();
+    add(name, description, [text, build] { return build(*text); }).addOption(option, *text, help).required();
   }
 
   // Adds one that takes just one number.
@@ -111,12 +108,12 @@ class Ways {
                  NewAction (*build)(std::int32_t)) {
     auto number = std::make_shared<std::int32_t>();
     add(name, description, [number, build] { return build(*number); })
-        ->add_option(option, *number, help)
-        ->required();
+        .addOption(option, *number, help)
+        .required();
   }
 
  private:
-  CLI::App& fCommand;
+  CommandLine fCommand;
   Context& fContext;
   std::shared_ptr<Button> fButton;
 };
@@ -129,11 +126,11 @@ void addClick(Ways& ways) {
     std::string modifiers;
   };
   auto click = std::make_shared<Click>();
-  auto* way = ways.add("click", "A click", [click] { return clickAction(click->kind, click->modifiers); });
-  way->add_option("KIND", click->kind,
-                  "left (the default), right, middle, back, forward, double, triple, drag (drag lock), "
-                  "button6 to button12");
-  way->add_option("--mod", click->modifiers, kModifierHelp);
+  auto way = ways.add("click", "A click", [click] { return clickAction(click->kind, click->modifiers); });
+  way.addOption("KIND", click->kind,
+                "left (the default), right, middle, back, forward, double, triple, drag (drag lock), "
+                "button6 to button12");
+  way.addOption("--mod", click->modifiers, kModifierHelp);
 }
 
 void addKeystroke(Ways& ways) {
@@ -143,14 +140,14 @@ void addKeystroke(Ways& ways) {
     std::string modifiers;
   };
   auto keystroke = std::make_shared<Keystroke>();
-  auto* way = ways.add("keystroke", "A key with modifier keys", [keystroke] {
+  auto way = ways.add("keystroke", "A key with modifier keys", [keystroke] {
     return keystroke->keyCode.empty() ? keystrokeAction(keystroke->keys)
                                       : keyCodeAction(keystroke->keyCode, keystroke->modifiers);
   });
-  auto* keys = way->add_option("KEYS", keystroke->keys, "Such as Ctrl+Alt+T, Shift+F5 or \"Page Up\"");
-  auto* code = way->add_option("--key", keystroke->keyCode, "The place of the key, a virtual key code");
-  way->add_option("--mod", keystroke->modifiers, kModifierHelp)->needs(code);
-  code->excludes(keys);
+  auto keys = way.addOption("KEYS", keystroke->keys, "Such as Ctrl+Alt+T, Shift+F5 or \"Page Up\"");
+  auto code = way.addOption("--key", keystroke->keyCode, "The place of the key, a virtual key code");
+  way.addOption("--mod", keystroke->modifiers, kModifierHelp).needs(code);
+  code.excludes(keys);
 }
 
 void addScroll(Ways& ways) {
@@ -159,10 +156,10 @@ void addScroll(Ways& ways) {
     std::int32_t count = 1;
   };
   auto scroll = std::make_shared<Scroll>();
-  auto* way = ways.add("scroll", "Steps of the wheel; \"up\" on the wheel itself is the way it turns",
-                       [scroll] { return scrollAction(scroll->direction, scroll->count); });
-  way->add_option("DIRECTION", scroll->direction, "up, down, left or right")->required();
-  way->add_option("--count", scroll->count, "Amount per step, 1 by default");
+  auto way = ways.add("scroll", "Steps of the wheel; \"up\" on the wheel itself is the way it turns",
+                      [scroll] { return scrollAction(scroll->direction, scroll->count); });
+  way.addOption("DIRECTION", scroll->direction, "up, down, left or right").required();
+  way.addOption("--count", scroll->count, "Amount per step, 1 by default");
 }
 
 void addLaunch(Ways& ways) {
@@ -171,28 +168,27 @@ void addLaunch(Ways& ways) {
     std::string identifier;
   };
   auto launch = std::make_shared<Launch>();
-  auto* way = ways.add("launch", "Start an application",
-                       [launch] { return launchAction(launch->name, launch->identifier); });
-  way->add_option("NAME", launch->name, "What it is called")->required();
-  way->add_option("--id", launch->identifier, "Its identifier, such as org.example.Editor");
+  auto way = ways.add("launch", "Start an application",
+                      [launch] { return launchAction(launch->name, launch->identifier); });
+  way.addOption("NAME", launch->name, "What it is called").required();
+  way.addOption("--id", launch->identifier, "Its identifier, such as org.example.Editor");
 }
 
 }  // namespace
 
-void addButtonCommand(CLI::App& app, Context& context) {
+void addButtonCommand(CommandLine app, Context& context) {
   constexpr std::int32_t kLastButton = kButtonCount - 1;
-  auto* command = app.add_subcommand("button", "Show what a button does, or give it another action");
+  auto command = app.addCommand("button", "Show what a button does, or give it another action");
   auto button = std::make_shared<Button>();
   command
-      ->add_option("DEVICE", button->device,
-                   "Index, product (1020), product and version (2041:0107) or name (skiffline)")
-      ->required();
-  command->add_option("N", button->number, "0 to 15; 8 and 9 are chords, 12 is the wheel or ring")
-      ->required()
-      ->check(CLI::Range(std::int32_t{0}, kLastButton));
-  command->require_subcommand(0, 1);
-  command->fallthrough();
-  Ways ways(*command, context, button);
+      .addOption("DEVICE", button->device,
+                 "Index, product (1020), product and version (2041:0107) or name (skiffline)")
+      .required();
+  command.addOption("N", button->number, "0 to 15; 8 and 9 are chords, 12 is the wheel or ring")
+      .required()
+      .inRange(0, kLastButton);
+  command.takesCommands(0, 1);
+  Ways ways(command, context, button);
   addClick(ways);
   addKeystroke(ways);
   addScroll(ways);
@@ -203,7 +199,7 @@ void addButtonCommand(CLI::App& app, Context& context) {
   ways.addNumber("snippet", "Type a text snippet", "N", "1 to 10", snippetAction);
   ways.addNumber("command", "A command without parameters", "CODE", "As \"veltrixctl commands\" lists it",
                  plainAction);
-  command->callback([&context, button] {
+  command.does([&context, button] {
     if (!button->isChanged) {
       context.exitCode = show(*button, context);
     }

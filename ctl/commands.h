@@ -1,8 +1,6 @@
 #pragma once
 
-namespace CLI {
-class App;
-}
+#include "ctl/command_line.h"
 
 // Each function adds one family of commands with their options and help. A command leaves its exit code in
 // `context` when the parser calls it.
@@ -13,19 +11,19 @@ struct Context {
   int exitCode = 0;
 };
 
-void addDevicesCommand(CLI::App& app, Context& context);
-void addStatusCommand(CLI::App& app, Context& context);
-void addMonitorCommand(CLI::App& app, Context& context);
-void addSettingsCommands(CLI::App& app, Context& context);
-void addButtonCommand(CLI::App& app, Context& context);
-void addCommandsCommand(CLI::App& app, Context& context);
-void addMatchCommand(CLI::App& app, Context& context);
-void addFindCommand(CLI::App& app, Context& context);
-void addRecordCommand(CLI::App& app, Context& context);
-void addMergeCommand(CLI::App& app, Context& context);
-void addConvertCommand(CLI::App& app, Context& context);
-void addInformationCommand(CLI::App& app, Context& context);
-void addKeynameCommand(CLI::App& app, Context& context);
-void addKeytableCommand(CLI::App& app, Context& context);
+void addDevicesCommand(CommandLine app, Context& context);
+void addStatusCommand(CommandLine app, Context& context);
+void addMonitorCommand(CommandLine app, Context& context);
+void addSettingsCommands(CommandLine app, Context& context);
+void addButtonCommand(CommandLine app, Context& context);
+void addCommandsCommand(CommandLine app, Context& context);
+void addMatchCommand(CommandLine app, Context& context);
+void addFindCommand(CommandLine app, Context& context);
+void addRecordCommand(CommandLine app, Context& context);
+void addMergeCommand(CommandLine app, Context& context);
+void addConvertCommand(CommandLine app, Context& context);
+void addInformationCommand(CommandLine app, Context& context);
+void addKeynameCommand(CommandLine app, Context& context);
+void addKeytableCommand(CommandLine app, Context& context);
 
 }  // namespace veltrix::ctl

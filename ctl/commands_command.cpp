@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <iomanip>
 #include <iostream>
 
@@ -52,9 +51,9 @@ int run(const Context& context) {
 
 }  // namespace
 
-void addCommandsCommand(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand("commands", "List every command that a button can be given");
-  command->callback([&context] { context.exitCode = run(context); });
+void addCommandsCommand(CommandLine app, Context& context) {
+  auto command = app.addCommand("commands", "List every command that a button can be given");
+  command.does([&context] { context.exitCode = run(context); });
 }
 
 }  // namespace veltrix::ctl

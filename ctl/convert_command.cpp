@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "ctl/commands.h"
@@ -26,17 +25,15 @@ int run(const Arguments& arguments) {
 
 }  // namespace
 
-void addConvertCommand(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand("convert", "Write a property list in another form");
+void addConvertCommand(CommandLine app, Context& context) {
+  auto command = app.addCommand("convert", "Write a property list in another form");
   auto arguments = std::make_shared<Arguments>();
-  command->add_option("FILE", arguments->file, "A property list: XML, binary or the old text form")
-      ->required();
-  command->add_option("--to", arguments->form, "The form to write: xml or binary")
-      ->required()
-      ->check(CLI::IsMember({"xml", "binary"}));
-  command->add_option("-o,--output", arguments->output, "The file to write; it may be FILE itself")
-      ->required();
-  command->callback([&context, arguments] { context.exitCode = run(*arguments); });
+  command.addOption("FILE", arguments->file, "A property list: XML, binary or the old text form").required();
+  command.addOption("--to", arguments->form, "The form to write: xml or binary")
+      .required()
+      .oneOf({"xml", "binary"});
+  command.addOption("-o,--output", arguments->output, "The file to write; it may be FILE itself").required();
+  command.does([&context, arguments] { context.exitCode = run(*arguments); });
 }
 
 }  // namespace veltrix::ctl

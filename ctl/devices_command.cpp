@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <cstring>
 #include <iostream>
 #include <span>
@@ -64,9 +63,10 @@ int run(const Context& context) {
 
 }  // namespace
 
-void addDevicesCommand(CLI::App& app, Context& context) {
-  app.add_subcommand("devices", "List the connected trackballs, as the helper sees them")
-      ->callback([&context] { context.exitCode = run(context); });
+void addDevicesCommand(CommandLine app, Context& context) {
+  app.addCommand("devices", "List the connected trackballs, as the helper sees them").does([&context] {
+    context.exitCode = run(context);
+  });
 }
 
 }  // namespace veltrix::ctl

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -50,21 +49,19 @@ int run(const Arguments& arguments, const Context& context) {
 
 }  // namespace
 
-void addFindCommand(CLI::App& app, Context& context) {
-  auto* command =
-      app.add_subcommand("find", "Tell which entry and page the window shows when devices are connected");
+void addFindCommand(CommandLine app, Context& context) {
+  auto command =
+      app.addCommand("find", "Tell which entry and page the window shows when devices are connected");
   auto arguments = std::make_shared<Arguments>();
   command
-      ->add_option("--device", arguments->devices,
-                   "A connected device, VENDOR:PRODUCT:VERSION in hexadecimal; repeat it for more")
-      ->required()
-      ->take_all()
-      ->expected(1)
-      ->allow_extra_args(false);
-  command->add_option("--prefer", arguments->preferred,
-                      "The product id to prefer when two or more are connected");
-  command->add_option("FILE", arguments->file, "A settings file; the user's own by default");
-  command->callback([&context, arguments] {
+      .addOption("--device", arguments->devices,
+                 "A connected device, VENDOR:PRODUCT:VERSION in hexadecimal; repeat it for more")
+      .required()
+      .repeats();
+  command.addOption("--prefer", arguments->preferred,
+                    "The product id to prefer when two or more are connected");
+  command.addOption("FILE", arguments->file, "A settings file; the user's own by default");
+  command.does([&context, arguments] {
     if (arguments->devices.size() > kVeltrixMaxDevices) {
       context.exitCode = fail(kBadInput, "--device: at most 16 devices");
       return;

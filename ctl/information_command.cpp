@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <iostream>
 #include <memory>
@@ -40,13 +39,13 @@ int run(const std::string& output, const Context& context) {
 
 }  // namespace
 
-void addInformationCommand(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand(
+void addInformationCommand(CommandLine app, Context& context) {
+  auto command = app.addCommand(
       "information",
       "Print what the people who help users ask for: settings, versions, connected trackballs");
   auto output = std::make_shared<std::string>();
-  command->add_option("-o,--output", *output, "The file to write instead; one that is there is replaced");
-  command->callback([&context, output] { context.exitCode = run(*output, context); });
+  command.addOption("-o,--output", *output, "The file to write instead; one that is there is replaced");
+  command.does([&context, output] { context.exitCode = run(*output, context); });
 }
 
 }  // namespace veltrix::ctl

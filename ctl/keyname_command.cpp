@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <clocale>
 #include <iostream>
 #include <memory>
@@ -57,22 +56,21 @@ int run(const Arguments& arguments, const Context& context) {
 
 }  // namespace
 
-void addKeynameCommand(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand("keyname", "Name a key and the modifiers held with it");
+void addKeynameCommand(CommandLine app, Context& context) {
+  auto command = app.addCommand("keyname", "Name a key and the modifiers held with it");
   auto arguments = std::make_shared<Arguments>();
-  command->add_option("CODE", arguments->code, "Virtual key code, 255 for no key; decimal or 0x…")
-      ->required();
+  command.addOption("CODE", arguments->code, "Virtual key code, 255 for no key; decimal or 0x…").required();
   command
-      ->add_option("MASK", arguments->mask,
-                   "Modifiers: Command 0x100, Shift 0x200, Caps Lock 0x400, Option 0x800, Control 0x1000")
-      ->required();
-  command->add_option("--layout", arguments->layout,
-                      "A keyboard layout such as de, us:dvorak or dvorak; the desktop's by default");
-  command->add_flag("--upper", arguments->upperCase, "Letters a to z as capitals");
-  command->add_option("--mod-sep", arguments->modifierSeparator, "What stands between modifiers (\"+\")");
-  command->add_option("--key-sep", arguments->keySeparator, "What stands before the key (\"+\")");
-  command->add_flag("--localized", arguments->localized, "The words that the window shows in your language");
-  command->callback([&context, arguments] { context.exitCode = run(*arguments, context); });
+      .addOption("MASK", arguments->mask,
+                 "Modifiers: Command 0x100, Shift 0x200, Caps Lock 0x400, Option 0x800, Control 0x1000")
+      .required();
+  command.addOption("--layout", arguments->layout,
+                    "A keyboard layout such as de, us:dvorak or dvorak; the desktop's by default");
+  command.addFlag("--upper", arguments->upperCase, "Letters a to z as capitals");
+  command.addOption("--mod-sep", arguments->modifierSeparator, "What stands between modifiers (\"+\")");
+  command.addOption("--key-sep", arguments->keySeparator, "What stands before the key (\"+\")");
+  command.addFlag("--localized", arguments->localized, "The words that the window shows in your language");
+  command.does([&context, arguments] { context.exitCode = run(*arguments, context); });
 }
 
 }  // namespace veltrix::ctl

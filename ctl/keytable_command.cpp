@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <array>
 #include <iomanip>
 #include <iostream>
@@ -104,16 +103,16 @@ int run(const Arguments& arguments, const Context& context) {
 
 }  // namespace
 
-void addKeytableCommand(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand(
+void addKeytableCommand(CommandLine app, Context& context) {
+  auto command = app.addCommand(
       "keytable", "List characters (Mac OS Roman) with the key code and the modifier mask that type each");
   auto arguments = std::make_shared<Arguments>();
-  command->add_option("--layout", arguments->layout,
-                      "A keyboard layout such as de, us:dvorak or dvorak; the desktop's by default");
-  command->add_flag("--numpad", arguments->preferKeypad, "Prefer the keys of the keypad");
-  command->add_flag("--typing", arguments->typing,
-                    "Take each key alone: no dead key acts on the key after it in the order of codes");
-  command->callback([&context, arguments] { context.exitCode = run(*arguments, context); });
+  command.addOption("--layout", arguments->layout,
+                    "A keyboard layout such as de, us:dvorak or dvorak; the desktop's by default");
+  command.addFlag("--numpad", arguments->preferKeypad, "Prefer the keys of the keypad");
+  command.addFlag("--typing", arguments->typing,
+                  "Take each key alone: no dead key acts on the key after it in the order of codes");
+  command.does([&context, arguments] { context.exitCode = run(*arguments, context); });
 }
 
 }  // namespace veltrix::ctl

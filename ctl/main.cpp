@@ -22,20 +22,21 @@ int run(int argc, char** argv) {
   app.require_subcommand(1);
   app.fallthrough();
   app.add_flag("--json", context.json, "Print data as JSON");
-  addDevicesCommand(app, context);
-  addStatusCommand(app, context);
-  addMonitorCommand(app, context);
-  addSettingsCommands(app, context);
-  addButtonCommand(app, context);
-  addCommandsCommand(app, context);
-  addMatchCommand(app, context);
-  addFindCommand(app, context);
-  addRecordCommand(app, context);
-  addMergeCommand(app, context);
-  addConvertCommand(app, context);
-  addInformationCommand(app, context);
-  addKeynameCommand(app, context);
-  addKeytableCommand(app, context);
+  CommandLine commands(app);
+  addDevicesCommand(commands, context);
+  addStatusCommand(commands, context);
+  addMonitorCommand(commands, context);
+  addSettingsCommands(commands, context);
+  addButtonCommand(commands, context);
+  addCommandsCommand(commands, context);
+  addMatchCommand(commands, context);
+  addFindCommand(commands, context);
+  addRecordCommand(commands, context);
+  addMergeCommand(commands, context);
+  addConvertCommand(commands, context);
+  addInformationCommand(commands, context);
+  addKeynameCommand(commands, context);
+  addKeytableCommand(commands, context);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

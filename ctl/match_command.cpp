@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -43,18 +42,18 @@ int run(const Arguments& arguments, const Context& context) {
 
 }  // namespace
 
-void addMatchCommand(CLI::App& app, Context& context) {
-  auto* command =
-      app.add_subcommand("match", "Tell which entry of a settings file the helper chooses for a device");
+void addMatchCommand(CommandLine app, Context& context) {
+  auto command =
+      app.addCommand("match", "Tell which entry of a settings file the helper chooses for a device");
   auto arguments = std::make_shared<Arguments>();
-  command->add_option("--vendor", arguments->vendor, "USB vendor id, hexadecimal")->required();
-  command->add_option("--product", arguments->product, "USB product id, hexadecimal")->required();
+  command.addOption("--vendor", arguments->vendor, "USB vendor id, hexadecimal").required();
+  command.addOption("--product", arguments->product, "USB product id, hexadecimal").required();
   command
-      ->add_option("--version", arguments->version,
-                   "Product version, hexadecimal: high byte major, low byte minor (0107 is 1.07)")
-      ->required();
-  command->add_option("FILE", arguments->file, "A settings file; the user's own by default");
-  command->callback([&context, arguments] { context.exitCode = run(*arguments, context); });
+      .addOption("--version", arguments->version,
+                 "Product version, hexadecimal: high byte major, low byte minor (0107 is 1.07)")
+      .required();
+  command.addOption("FILE", arguments->file, "A settings file; the user's own by default");
+  command.does([&context, arguments] { context.exitCode = run(*arguments, context); });
 }
 
 }  // namespace veltrix::ctl

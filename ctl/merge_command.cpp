@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "ctl/commands.h"
@@ -35,14 +34,14 @@ int run(const Arguments& arguments) {
 
 }  // namespace
 
-void addMergeCommand(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand(
+void addMergeCommand(CommandLine app, Context& context) {
+  auto command = app.addCommand(
       "merge", "Add to a settings file what only the factory settings have, as every program does on start");
   auto arguments = std::make_shared<Arguments>();
-  command->add_option("USER", arguments->user, "The user's settings")->required();
-  command->add_option("DEFAULTS", arguments->factory, "The factory settings")->required();
-  command->add_option("-o,--output", arguments->output, "The file to write, as XML")->required();
-  command->callback([&context, arguments] { context.exitCode = run(*arguments); });
+  command.addOption("USER", arguments->user, "The user's settings").required();
+  command.addOption("DEFAULTS", arguments->factory, "The factory settings").required();
+  command.addOption("-o,--output", arguments->output, "The file to write, as XML").required();
+  command.does([&context, arguments] { context.exitCode = run(*arguments); });
 }
 
 }  // namespace veltrix::ctl

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "ctl/command_catalogue.h"
@@ -27,9 +26,9 @@ int run(const Context& context) {
 
 }  // namespace
 
-void addMonitorCommand(CLI::App& app, Context& context) {
-  app.add_subcommand("monitor", "Show each use of a button as it happens, until Ctrl+C; never what is typed")
-      ->callback([&context] { context.exitCode = run(context); });
+void addMonitorCommand(CommandLine app, Context& context) {
+  app.addCommand("monitor", "Show each use of a button as it happens, until Ctrl+C; never what is typed")
+      .does([&context] { context.exitCode = run(context); });
 }
 
 }  // namespace veltrix::ctl

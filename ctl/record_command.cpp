@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <array>
 #include <charconv>
 #include <cstring>
@@ -72,18 +71,18 @@ int run(const Arguments& arguments, const Context& context) {
 
 }  // namespace
 
-void addRecordCommand(CLI::App& app, Context& context) {
-  auto* command = app.add_subcommand(
+void addRecordCommand(CommandLine app, Context& context) {
+  auto command = app.addCommand(
       "record", "Print the 176 bytes that the driver gets for an entry, and whether they could be built");
   auto arguments = std::make_shared<Arguments>();
   command
-      ->add_option("FILE_INDEX", arguments->positional,
-                   "[FILE] INDEX: a settings file (the user's own by default) and an index into \"devices\"")
-      ->required()
-      ->expected(1, 2);
-  command->add_option("--fallback", arguments->fallback,
-                      "The index of the entry for buttons that defer to another (command 200)");
-  command->callback([&context, arguments] { context.exitCode = run(*arguments, context); });
+      .addOption("FILE_INDEX", arguments->positional,
+                 "[FILE] INDEX: a settings file (the user's own by default) and an index into \"devices\"")
+      .required()
+      .takes(1, 2);
+  command.addOption("--fallback", arguments->fallback,
+                    "The index of the entry for buttons that defer to another (command 200)");
+  command.does([&context, arguments] { context.exitCode = run(*arguments, context); });
 }
 
 }  // namespace veltrix::ctl

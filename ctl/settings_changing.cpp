@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "ctl/device_selector.h"
@@ -59,23 +58,22 @@ int reset(const std::string& device) {
 
 }  // namespace
 
-void addSettingsChangingCommands(CLI::App& settings, Context& context) {
-  auto* setting = settings.add_subcommand("set", "Change one value; the helper is told at once");
+void addSettingsChangingCommands(CommandLine settings, Context& context) {
+  auto setting = settings.addCommand("set", "Change one value; the helper is told at once");
   auto key = std::make_shared<std::string>();
   auto value = std::make_shared<std::string>();
-  setting->add_option("KEY", *key, "A place as for \"get\"")->required();
-  setting
-      ->add_option("VALUE", *value, "The new value, of the same type; integers may be hexadecimal (0x0900)")
-      ->required();
-  setting->callback([&context, key, value] { context.exitCode = set(*key, *value); });
+  setting.addOption("KEY", *key, "A place as for \"get\"").required();
+  setting.addOption("VALUE", *value, "The new value, of the same type; integers may be hexadecimal (0x0900)")
+      .required();
+  setting.does([&context, key, value] { context.exitCode = set(*key, *value); });
 
-  auto* resetting = settings.add_subcommand("reset", "Restore the factory settings of one device");
+  auto resetting = settings.addCommand("reset", "Restore the factory settings of one device");
   auto device = std::make_shared<std::string>();
   resetting
-      ->add_option("DEVICE", *device,
-                   "Index, product (1020), product and version (2041:0107) or name (skiffline)")
-      ->required();
-  resetting->callback([&context, device] { context.exitCode = reset(*device); });
+      .addOption("DEVICE", *device,
+                 "Index, product (1020), product and version (2041:0107) or name (skiffline)")
+      .required();
+  resetting.does([&context, device] { context.exitCode = reset(*device); });
 }
 
 }  // namespace veltrix::ctl

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -39,12 +38,12 @@ int check(const std::string& name, const Context& context) {
 
 }  // namespace
 
-void addSettingsCheckCommand(CLI::App& settings, Context& context) {
-  auto* command = settings.add_subcommand(
+void addSettingsCheckCommand(CommandLine settings, Context& context) {
+  auto command = settings.addCommand(
       "check", "List every problem of a settings file with its place; the exit code is 1 when there is one");
   auto file = std::make_shared<std::string>();
-  command->add_option("FILE", *file, "A settings file; the user's own by default");
-  command->callback([&context, file] { context.exitCode = check(*file, context); });
+  command.addOption("FILE", *file, "A settings file; the user's own by default");
+  command.does([&context, file] { context.exitCode = check(*file, context); });
 }
 
 }  // namespace veltrix::ctl

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <filesystem>
 #include <memory>
@@ -33,13 +32,13 @@ int exportTo(const std::string& path, bool force) {
 
 }  // namespace
 
-void addSettingsExportCommand(CLI::App& settings, Context& context) {
-  auto* command = settings.add_subcommand("export", "Write the settings in force into a file, as XML");
+void addSettingsExportCommand(CommandLine settings, Context& context) {
+  auto command = settings.addCommand("export", "Write the settings in force into a file, as XML");
   auto path = std::make_shared<std::string>();
   auto force = std::make_shared<bool>(false);
-  command->add_option("FILE", *path, "The file to write")->required();
-  command->add_flag("--force", *force, "Replace a file that is there");
-  command->callback([&context, path, force] { context.exitCode = exportTo(*path, *force); });
+  command.addOption("FILE", *path, "The file to write").required();
+  command.addFlag("--force", *force, "Replace a file that is there");
+  command.does([&context, path, force] { context.exitCode = exportTo(*path, *force); });
 }
 
 }  // namespace veltrix::ctl

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
@@ -123,15 +122,14 @@ int importFrom(const Arguments& arguments, const Context& context) {
 
 }  // namespace
 
-void addSettingsImportCommand(CLI::App& settings, Context& context) {
-  auto* command = settings.add_subcommand(
+void addSettingsImportCommand(CommandLine settings, Context& context) {
+  auto command = settings.addCommand(
       "import",
       "Take the settings of a file instead of one's own, of which a copy is kept; lists the changes");
   auto arguments = std::make_shared<Arguments>();
-  command->add_option("FILE", arguments->path, "A settings file without problems (see \"check\")")
-      ->required();
-  command->add_flag("--dry-run", arguments->dryRun, "Only list what would change");
-  command->callback([&context, arguments] { context.exitCode = importFrom(*arguments, context); });
+  command.addOption("FILE", arguments->path, "A settings file without problems (see \"check\")").required();
+  command.addFlag("--dry-run", arguments->dryRun, "Only list what would change");
+  command.does([&context, arguments] { context.exitCode = importFrom(*arguments, context); });
 }
 
 }  // namespace veltrix::ctl

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 
@@ -76,24 +75,24 @@ int get(const std::string& key, const Context& context) {
 
 }  // namespace
 
-void addSettingsReadingCommands(CLI::App& settings, Context& context) {
-  settings.add_subcommand("path", "Print where the settings file is")->callback([&context] {
+void addSettingsReadingCommands(CommandLine settings, Context& context) {
+  settings.addCommand("path", "Print where the settings file is").does([&context] {
     context.exitCode = path(context);
   });
 
-  auto* showing = settings.add_subcommand("show", "Print a settings file, one value on a line");
+  auto showing = settings.addCommand("show", "Print a settings file, one value on a line");
   auto file = std::make_shared<std::string>();
-  showing->add_option("FILE", *file, "A settings file; the user's own by default");
-  showing->callback([&context, file] { context.exitCode = show(*file, context); });
+  showing.addOption("FILE", *file, "A settings file; the user's own by default");
+  showing.does([&context, file] { context.exitCode = show(*file, context); });
 
-  auto* getting = settings.add_subcommand("get", "Print one value, or all below one place");
+  auto getting = settings.addCommand("get", "Print one value, or all below one place");
   auto key = std::make_shared<std::string>();
   getting
-      ->add_option("KEY", *key,
-                   "Keys with '/' between them, such as devices/0/options/speed. A device may be given\n"
-                   "as its index, product (1020), product and version (2041:0107) or name (skiffline)")
-      ->required();
-  getting->callback([&context, key] { context.exitCode = get(*key, context); });
+      .addOption("KEY", *key,
+                 "Keys with '/' between them, such as devices/0/options/speed. A device may be given\n"
+                 "as its index, product (1020), product and version (2041:0107) or name (skiffline)")
+      .required();
+  getting.does([&context, key] { context.exitCode = get(*key, context); });
 }
 
 }  // namespace veltrix::ctl

@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "ctl/command_catalogue.h"
@@ -168,9 +167,9 @@ int run(const Context& context) {
 
 }  // namespace
 
-void addStatusCommand(CLI::App& app, Context& context) {
-  app.add_subcommand("status", "Show what the running helper knows: driver, devices, records, settings")
-      ->callback([&context] { context.exitCode = run(context); });
+void addStatusCommand(CommandLine app, Context& context) {
+  app.addCommand("status", "Show what the running helper knows: driver, devices, records, settings")
+      .does([&context] { context.exitCode = run(context); });
 }
 
 }  // namespace veltrix::ctl
