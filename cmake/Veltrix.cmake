@@ -13,8 +13,7 @@ target_compile_options(veltrix_options INTERFACE
   -Wall -Wextra -Wformat=2 -Wold-style-cast -Wnon-virtual-dtor -Wshadow -Wconversion -Werror)
 if(VELTRIX_SANITIZE)
   target_compile_options(veltrix_options INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-    -fPIC)  # which Qt asks of those that use it; a precompiled header is for one kind of code
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(veltrix_options INTERFACE -fsanitize=address,undefined)
 endif()
 
@@ -40,23 +39,6 @@ function(veltrix_library name)
   endif()
 endfunction()
 
-# What every test includes is read once. In the sanitizer build alone, so that the other one sees what a test forgot to
-# include. The time of the header is left out of the result, or ccache would know it nowhere but here.
-function(veltrix_precompile_test name)
-  if(NOT VELTRIX_SANITIZE)
-    return()
-  endif()
-  if(NOT TARGET veltrix_test_headers)
-    file(WRITE "${CMAKE_BINARY_DIR}/test_headers.cpp" "int main() {}\n")
-    add_executable(veltrix_test_headers "${CMAKE_BINARY_DIR}/test_headers.cpp")
-    target_link_libraries(veltrix_test_headers PRIVATE veltrix_options GTest::gmock)
-    target_compile_options(veltrix_test_headers PRIVATE -O0 -Xclang -fno-pch-timestamp)
-    target_precompile_headers(veltrix_test_headers PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
-  endif()
-  target_compile_options(${name} PRIVATE -Xclang -fno-pch-timestamp)
-  target_precompile_headers(${name} REUSE_FROM veltrix_test_headers)
-endfunction()
-
 # veltrix_test(NAME SOURCES ... [DEPS ...] [LABELS ...] [ENVIRONMENT ...])
 # A GoogleTest program, registered as one ctest of that name.
 function(veltrix_test name)
@@ -68,7 +50,6 @@ function(veltrix_test name)
   target_link_libraries(${name} PRIVATE veltrix_options ${arg_DEPS} GTest::gmock GTest::gtest_main)
   # What a test is made of runs once; making it fast takes longer than it runs, under the sanitizers twice over.
   target_compile_options(${name} PRIVATE -O0)
-  veltrix_precompile_test(${name})
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     LABELS "${arg_LABELS}" TIMEOUT ${arg_TIMEOUT}
