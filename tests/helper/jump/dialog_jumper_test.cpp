@@ -137,6 +137,17 @@ TEST_F(DialogJumperTest, GivesUpAfterHalfASecond) {
   EXPECT_THAT(fScreen.moves, IsEmpty());
 }
 
+TEST_F(DialogJumperTest, DialogWithoutAButtonIsNotSearchedAgain) {
+  fDialog = groupOf({plainButton()});
+  activate("a");
+  run();
+  fQuestions = 0;
+  activate("a");
+  EXPECT_EQ(run(), milliseconds(0));
+  EXPECT_EQ(fQuestions, 0);
+  EXPECT_EQ(fOutcomes.size(), 1U);
+}
+
 TEST_F(DialogJumperTest, WaitsForTheWindowToGetTheKeyboard) {
   fScreen.state->activeArea = {0, 0, 50, 50};
   activate("a");
