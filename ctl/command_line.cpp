@@ -63,7 +63,6 @@ CommandOption CommandLine::addFlag(const char* names, bool& value, const char* d
 
 void CommandLine::takesCommands(std::size_t fewest, std::size_t most) {
   fApp->require_subcommand(fewest, most);
-  fApp->fallthrough();
 }
 
 void CommandLine::does(std::function<void()> run) {

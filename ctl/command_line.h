@@ -48,8 +48,7 @@ class CommandLine {
   CommandOption addOption(const char* names, std::int32_t& value, const char* description);
   CommandOption addOption(const char* names, std::vector<std::string>& value, const char* description);
   CommandOption addFlag(const char* names, bool& value, const char* description);
-  // How many commands below this one are given, both included. Options of this one may then come after them
-  // too.
+  // How many commands below this one are given, both included.
   void takesCommands(std::size_t fewest, std::size_t most);
   // Carried out once the whole command line has been read, after those of the commands below it.
   void does(std::function<void()> run);

@@ -139,6 +139,7 @@ TEST_F(CtlButton, RefusesKeysThatMeanNothingOrTwoThings) {
   refuse("ß", "is no key of the current keyboard layout");
   expectRefusal(withButton("3", {"keystroke"}), 2, "names no key");
   expectRefusal(withButton("3", {"keystroke", "a", "--key", "0"}), 2, "excludes");
+  expectRefusal(withButton("3", {"keystroke", "a", "--mod", "Shift"}), 2, "requires");
   expectRefusal(withButton("3", {"keystroke", "--key", "127"}), 2, "no virtual key code");
   expectRefusal(withButton("3", {"click", "--mod", "0x2000"}), 2, "no modifier mask");
 }
